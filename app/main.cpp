@@ -1,0 +1,42 @@
+#include "foundation/AppHelper.h"
+#include "foundation/LanguageContext.h"
+#include "ui/MainWindow.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFontDatabase>
+#include <QPainter>
+#include <QPixmap>
+#include <QSplashScreen>
+#include <QTextOption>
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Windows reads the version from the executable's resources; elsewhere the build gives it.
+    QCoreApplication::setApplicationVersion(QStringLiteral(TARVELO_VERSION));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/resources/tarvelo.png")));
+
+    QPixmap pixmap(QStringLiteral(":/resources/tarvelo-splash.png"));
+    QPainter painter(&pixmap);
+    painter.setPen(QPen(QBrush(QColor(0xCCFF)), 3.0));
+    painter.drawText(QRectF(0, 0, pixmap.width() - 58, pixmap.height() - 74),
+                     AppHelper::appVersion(true), QTextOption(Qt::AlignRight | Qt::AlignBottom));
+    QSplashScreen splash(pixmap);
+    splash.show();
+
+    // The hyphen is deliberate: no key matches it, so the system's language decides.
+    LanguageContext::setLanguage(QStringLiteral("ru-RU"));
+
+    QFontDatabase::addApplicationFont(QStringLiteral(":/resources/Fonts/RobotoCondensed-Regular.ttf"));
+    QFontDatabase::addApplicationFont(QStringLiteral(":/resources/Fonts/RobotoCondensed-Bold.ttf"));
+
+    QFile styleSheet(QStringLiteral(":/resources/Tarvelo.css"));
+    if (styleSheet.open(QIODevice::ReadOnly))
+        app.setStyleSheet(QString::fromUtf8(styleSheet.readAll()));
+
+    MainWindow window;
+    splash.finish(&window);
+    window.show();
+    return app.exec();
+}

@@ -1,0 +1,129 @@
+#include "FileUtilities.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSaveFile>
+
+QString FileUtilities::FolderSlash(const QString &path)
+{
+    if (path.isEmpty())
+        return path;
+    QString result = path;
+    result.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    if (!result.endsWith(QLatin1Char('/')))
+        result += QLatin1Char('/');
+    return result;
+}
+
+QString FileUtilities::filename(const QString &path, bool withSuffix)
+{
+    const QFileInfo info(path);
+    const QString name = info.fileName();
+    const QString suffix = info.suffix();
+    if (!withSuffix && !suffix.isEmpty())
+        return name.left(name.length() - suffix.length() - 1);
+    return name;
+}
+
+bool FileUtilities::createIfNotExists(const QString &path)
+{
+    QDir dir(path);
+    if (dir.exists())
+        return true;
+    return dir.mkpath(path);
+}
+
+bool FileUtilities::clearFolder(const QString &path, bool leaveRemoved)
+{
+    QDir dir(path);
+    if (!dir.exists())
+        return false;
+    const bool removed = dir.removeRecursively();
+    if (!leaveRemoved) {
+        qDebug() << "Creating dir" << path;
+        createIfNotExists(path);
+    }
+    return removed;
+}
+
+QStringList FileUtilities::getFilesOfType(const QString &folder, const QString &type,
+                                          bool recursive, bool fullPaths)
+{
+    return getFilesOfTypes(folder, QStringList{type}, recursive, fullPaths);
+}
+
+QStringList FileUtilities::getFilesOfTypes(const QString &folder, const QStringList &types,
+                                           bool recursive, bool fullPaths)
+{
+    QStringList result;
+    QDir dir(folder);
+    if (!dir.exists())
+        return result;
+    const QString base = dir.absolutePath();
+
+    // "csv", ".csv" and "*.csv" all make the same filter.
+    static const QRegularExpression stars(QStringLiteral("[\\*\\.]+"));
+    QStringList filters;
+    for (const QString &type : types) {
+        if (type.isEmpty())
+            continue;
+        QString bare = type;
+        bare.remove(stars);
+        filters << QStringLiteral("*.") + bare;
+    }
+    if (!filters.isEmpty())
+        dir.setNameFilters(filters);
+
+    const QStringList entries = dir.entryList(QDir::NoFilter, QDir::NoSort);
+    for (const QString &entry : entries)
+        result << (fullPaths ? base + QLatin1Char('/') + entry : entry);
+
+    if (recursive) {
+        const QStringList subfolders =
+            QDir(base).entryList(QDir::AllDirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+        for (const QString &sub : subfolders) {
+            const QStringList inner =
+                getFilesOfTypes(base + QLatin1Char('/') + sub, types, true, false);
+            for (const QString &entry : inner) {
+                const QString relative = sub + QLatin1Char('/') + entry;
+                result << (fullPaths ? base + QLatin1Char('/') + relative : relative);
+            }
+        }
+    }
+    return result;
+}
+
+QStringList FileUtilities::GetSubfolders(const QString &path, bool fullPaths, bool recursive)
+{
+    QStringList result;
+    const QString root = FolderSlash(path);
+    const QStringList entries = QDir(root).entryList(QDir::Dirs);
+    for (const QString &entry : entries) {
+        if (entry.startsWith(QLatin1Char('.')))
+            continue;
+        const QString folder = FolderSlash(entry);
+        result << (fullPaths ? root + folder : folder);
+        if (recursive) {
+            const QStringList inner = GetSubfolders(root + folder, false, true);
+            for (const QString &sub : inner)
+                result << (fullPaths ? root + folder + sub : folder + sub);
+        }
+    }
+    return result;
+}
+
+bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data)
+{
+    if (path.isEmpty())
+        return false;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    if (file.write(data) != data.size()) {
+        file.cancelWriting();
+        return false;
+    }
+    return file.commit();
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QByteArray;
+
+// File and folder helpers that all the data code stands on. Failures show as false or as
+// empty results; nothing here raises a message.
+class FileUtilities
+{
+public:
+    static QString FolderSlash(const QString &path);
+    static QString filename(const QString &path, bool withSuffix);
+    static bool createIfNotExists(const QString &path);
+    static bool clearFolder(const QString &path, bool leaveRemoved);
+    static QStringList getFilesOfType(const QString &folder, const QString &type, bool recursive,
+                                      bool fullPaths);
+    static QStringList getFilesOfTypes(const QString &folder, const QStringList &types,
+                                       bool recursive, bool fullPaths);
+    static QStringList GetSubfolders(const QString &path, bool fullPaths, bool recursive);
+
+    // Replaces the file in one step: the data goes to a temporary file beside it, which is
+    // renamed over the target only when everything was written. A crash or a full disk
+    // leaves the old file whole.
+    static bool writeAtomically(const QString &path, const QByteArray &data);
+};
