@@ -73,8 +73,9 @@ void TarveloModel::reloadScripts()
         selectScript(m_scriptTitles.constFirst());
 }
 
-void TarveloModel::selectScript(const QString &title)
+void TarveloModel::selectScript(const QString &titleArg)
 {
+    const QString title = titleArg; // may refer to m_currentScriptTitle, cleared below
     // The old script is left alive on purpose: views may still hold it.
     m_currentScript = nullptr;
     m_currentScriptTitle.clear();

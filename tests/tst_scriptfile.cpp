@@ -143,7 +143,7 @@ void ScriptFileTest::stageLineEdgeCases_data()
     QTest::addColumn<int>("stepCount");
 
     QTest::newRow("no bracket") << "stop=4;rpt=2;" << "4" << 2 << 0;
-    QTest::newRow("bracket at position 0") << "[s=1,t=5,d=5]stop=4;rpt=2;" << "" << 3 << 0;
+    QTest::newRow("bracket at position 0") << "[s=1,t=5,d=5]stop=4;" << "" << 3 << 0;
     QTest::newRow("non-numeric rpt") << "stop=1;rpt=many;[s=1]" << "1" << 0 << 1;
     QTest::newRow("missing rpt keeps three") << "stop=1;[s=1]" << "1" << 3 << 1;
     QTest::newRow("leading zeros go") << "stop=007;rpt=02;[s=1][s=2]" << "7" << 2 << 2;
@@ -193,14 +193,15 @@ void ScriptFileTest::malformedStepGroupsStillMakeSteps()
 {
     QScopedPointer<ScriptStage> stage(
         ScriptStage::fromText(QStringLiteral("stop=1;[][d=5,s=4,b=99,zz=1][t==3,junk]")));
-    // "[" alone is a piece, the keys may come in any order, "b" and unknown keys are ignored.
+    // "[" alone is a piece, the keys may come in any order, "b" and unknown keys are ignored,
+    // and "t==3" is "t=3" since empty pieces are dropped.
     QCOMPARE(stage->steps.size(), 3);
     QCOMPARE(stage->steps[0]->stimulus, 1);
     QCOMPARE(stage->steps[0]->delay, 1000);
     QCOMPARE(stage->steps[0]->duration, 2000);
     QCOMPARE(stage->steps[1]->stimulus, 4);
     QCOMPARE(stage->steps[1]->delay, 5);
-    QCOMPARE(stage->steps[2]->duration, 2000);
+    QCOMPARE(stage->steps[2]->duration, 3);
 }
 
 void ScriptFileTest::tonesAreCutToSixteenBits()
