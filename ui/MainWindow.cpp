@@ -1,17 +1,114 @@
 #include "MainWindow.h"
 
 #include "app/TarveloModel.h"
+#include "data/TarveloSettings.h"
+#include "device/TarveloDevice.h"
+#include "device/widgets/PageDevice.h"
+#include "device/widgets/TarveloStatusBar.h"
 #include "foundation/AppHelper.h"
+#include "foundation/widgets/MediaHelper.h"
+#include "session/widgets/PageSession.h"
+#include "ui/PageDatabase.h"
+#include "ui/PageScript.h"
+#include "ui/PageSettings.h"
 
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QPushButton>
 #include <QTabWidget>
+#include <QVBoxLayout>
+
+MainWindow::StatusClick MainWindow::statusClickAction(Qt::KeyboardModifiers modifiers)
+{
+    if (!(modifiers & Qt::ControlModifier))
+        return StatusClick::ShowDevicePage;
+    const Qt::KeyboardModifiers chord = Qt::ShiftModifier | Qt::AltModifier;
+    return (modifiers & chord) == chord ? StatusClick::DeviceSettingsWithSerial
+                                        : StatusClick::DeviceSettings;
+}
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent)
     , m_model(new TarveloModel(this))
-    , m_tabs(new QTabWidget(this))
 {
+    TarveloDevice *device = m_model->device();
+    setContentsMargins(0, 0, 0, 0);
     setWindowTitle(tr("Тарвело") + QLatin1Char(' ') + AppHelper::appVersion(true));
     setMinimumSize(800, 600);
+
+    m_tabs = new QTabWidget;
     m_tabs->setIconSize(QSize(24, 24));
-    setCentralWidget(m_tabs);
+    m_tabs->setContentsMargins(20, 20, 20, 20);
+    const auto icon = [](const char *name) {
+        return MediaHelper::icon(QStringLiteral(":/resources/Images/") + QLatin1String(name));
+    };
+    m_tabs->addTab(new PageScript(m_model), icon("script.svg"), tr("Сценарии"));
+    m_tabs->addTab(new PageSession(m_model), icon("experiment.svg"), tr("Сессия"));
+    m_tabs->addTab(new PageDatabase(m_model), icon("group.svg"), tr("Респонденты"));
+    m_tabs->addTab(new PageDevice(device), icon("device.svg"), tr("Устройство"));
+    m_tabs->addTab(new PageSettings(m_model), icon("settings.svg"), tr("Настройки"));
+
+    // The box streams its lamp and button states only while its page is showing.
+    connect(m_tabs, &QTabWidget::currentChanged, device,
+            [device](int index) { device->setStatusReports(index == DevicePage); });
+    connect(m_model, &TarveloModel::sessionStarted, m_tabs,
+            [this] { m_tabs->setCurrentIndex(SessionPage); });
+
+    auto *central = new QWidget;
+    central->setContentsMargins(0, 0, 0, 0);
+    auto *grid = new QGridLayout(central);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(0);
+    auto *pages = new QWidget;
+    auto *pagesLayout = new QVBoxLayout(pages);
+    pagesLayout->setContentsMargins(8, 8, 8, 8);
+    pagesLayout->addWidget(m_tabs);
+    grid->addWidget(pages, 0, 0);
+    m_statusBar = new TarveloStatusBar(device);
+    grid->addWidget(m_statusBar, 1, 0);
+    grid->setRowStretch(0, 100);
+    setCentralWidget(central);
+    connect(m_statusBar, &TarveloStatusBar::tarveloClicked, this, &MainWindow::onStatusBarClicked);
+
+    if (m_model->settings()->getStartMaximized())
+        setWindowState(Qt::WindowMaximized);
+
+    // The overlay carries the new-version button; it floats above the tab row, outside any layout.
+    m_versionHolder = new QWidget(this);
+    m_versionHolder->setFixedSize(200, 32);
+    m_versionHolder->setContentsMargins(0, 8, 8, 0);
+    auto *holderLayout = new QVBoxLayout(m_versionHolder);
+    holderLayout->setContentsMargins(0, 0, 0, 0);
+    auto *versionButton = new QPushButton(tr("New version") + QLatin1Char(' '));
+    versionButton->setFlat(true);
+    versionButton->hide(); // shown once a newer version is known
+    holderLayout->addWidget(versionButton, 100, Qt::AlignRight);
+    placeVersionHolder();
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    placeVersionHolder();
+}
+
+void MainWindow::placeVersionHolder()
+{
+    if (m_versionHolder)
+        m_versionHolder->move(width() - m_versionHolder->width(), 0);
+}
+
+void MainWindow::onStatusBarClicked()
+{
+    switch (statusClickAction(QGuiApplication::keyboardModifiers())) {
+    case StatusClick::ShowDevicePage:
+        m_tabs->setCurrentIndex(DevicePage);
+        break;
+    case StatusClick::DeviceSettings:
+    case StatusClick::DeviceSettingsWithSerial:
+        // The device's settings dialog arrives with the device options; until then the
+        // status bar leads to the device page either way.
+        m_tabs->setCurrentIndex(DevicePage);
+        break;
+    }
 }

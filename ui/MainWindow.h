@@ -4,17 +4,39 @@
 
 class QTabWidget;
 class TarveloModel;
+class TarveloStatusBar;
 
-// The one top-level window. It creates and owns the model.
+// The one top-level window: it creates and owns the model, shows the five pages in fixed tab
+// order, the connection status under them, and the version overlay in the top right corner.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 public:
+    // Tab indices that other code relies on.
+    enum Page { ScriptPage = 0, SessionPage = 1, DatabasePage = 2, DevicePage = 3, SettingsPage = 4 };
+
+    // What a click on the status bar does, by the modifiers held: Control opens the device's
+    // settings dialog, and Control with the service chord Shift+Alt opens it with the serial
+    // number editable.
+    enum class StatusClick { ShowDevicePage, DeviceSettings, DeviceSettingsWithSerial };
+    static StatusClick statusClickAction(Qt::KeyboardModifiers modifiers);
+
     explicit MainWindow(QWidget *parent = nullptr);
 
     TarveloModel *model() const { return m_model; }
+    QTabWidget *tabs() const { return m_tabs; }
+    TarveloStatusBar *tarveloStatusBar() const { return m_statusBar; }
+    QWidget *versionHolder() const { return m_versionHolder; }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
-    TarveloModel *m_model = nullptr;
+    void onStatusBarClicked();
+    void placeVersionHolder();
+
+    TarveloModel *m_model;
     QTabWidget *m_tabs = nullptr;
+    TarveloStatusBar *m_statusBar = nullptr;
+    QWidget *m_versionHolder = nullptr;
 };

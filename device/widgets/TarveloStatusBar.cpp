@@ -1,0 +1,83 @@
+#include "TarveloStatusBar.h"
+
+#include "device/TarveloDevice.h"
+#include "foundation/widgets/MediaHelper.h"
+#include "foundation/widgets/UIHelper.h"
+
+#include <QHBoxLayout>
+#include <QProgressBar>
+#include <QPushButton>
+
+TarveloStatusBar::TarveloStatusBar(TarveloDevice *device, QWidget *parent)
+    : QWidget(parent)
+    , m_device(device)
+{
+    if (!m_device)
+        return;
+    setContentsMargins(0, 0, 0, 0);
+    UIHelper::ChangeBackground(this, QColor(0xDDDDDD));
+
+    m_button = new QPushButton;
+    m_button->setFlat(true);
+    m_button->setIconSize(QSize(24, 24));
+    m_button->setContentsMargins(0, 0, 0, 0);
+    m_button->setStyleSheet(QStringLiteral("padding: 0; border:0; background: transparent"));
+    connect(m_button, &QPushButton::clicked, this, &TarveloStatusBar::tarveloClicked);
+
+    m_progressBar = new QProgressBar;
+    m_progressBar->setFixedHeight(24);
+    m_progressBar->hide();
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(8, 8, 8, 8);
+    layout->addWidget(m_button);
+    layout->addStretch(100);
+    layout->addWidget(m_progressBar);
+
+    m_connections << connect(m_device, &TarveloDevice::connectedChanged, this,
+                             &TarveloStatusBar::updateStatus)
+                  << connect(m_device, &TarveloDevice::gotPortName, this,
+                             &TarveloStatusBar::updateStatus)
+                  << connect(m_device, &TarveloDevice::gotVersion, this,
+                             &TarveloStatusBar::updateStatus)
+                  << connect(m_device, &TarveloDevice::gotSerialNumber, this,
+                             &TarveloStatusBar::updateStatus)
+                  << connect(m_device, &TarveloDevice::loadProgress, this,
+                             &TarveloStatusBar::showProgress);
+    updateStatus();
+}
+
+QString TarveloStatusBar::statusText(const TarveloDevice *device)
+{
+    if (!device->isConnected())
+        return tr("Тарвело не найден");
+    QStringList details;
+    if (!device->serialNumber().isEmpty())
+        details << QStringLiteral("SN:") + device->serialNumber();
+    if (!device->version().isEmpty())
+        details << QStringLiteral("v") + device->version();
+    if (!device->portName().isEmpty())
+        details << device->portName();
+    QString text = tr("Тарвело подключен");
+    if (!details.isEmpty())
+        text += QStringLiteral(" (") + details.join(QStringLiteral(", ")) + QLatin1Char(')');
+    return text;
+}
+
+void TarveloStatusBar::updateStatus()
+{
+    const bool connected = m_device->isConnected();
+    m_button->setIcon(MediaHelper::icon(connected ? QStringLiteral(":/resources/Images/connected.svg")
+                                                  : QStringLiteral(":/resources/Images/disconnected.svg")));
+    m_button->setText(statusText(m_device));
+}
+
+void TarveloStatusBar::showProgress(int progress)
+{
+    if (progress < 0) {
+        m_progressBar->hide();
+        return;
+    }
+    m_progressBar->setValue(progress);
+    m_progressBar->show();
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "foundation/ConnectionHelper.h"
+
+#include <QWidget>
+
+class QProgressBar;
+class QPushButton;
+class TarveloDevice;
+
+// The strip under the pages: whether the box is connected, with its serial number, version and
+// port, and the progress of a script upload.
+class TarveloStatusBar : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit TarveloStatusBar(TarveloDevice *device, QWidget *parent = nullptr);
+
+    // The text shown for the device's present state.
+    static QString statusText(const TarveloDevice *device);
+
+signals:
+    void tarveloClicked();
+
+private:
+    void updateStatus();
+    void showProgress(int progress);
+
+    TarveloDevice *m_device;
+    ConnectionHelper m_connections;
+    QPushButton *m_button = nullptr;
+    QProgressBar *m_progressBar = nullptr;
+};

@@ -1,0 +1,55 @@
+#include "PlayScriptStopSessionButton.h"
+
+#include "app/TarveloModel.h"
+#include "device/TarveloDevice.h"
+#include "foundation/widgets/MediaHelper.h"
+#include "foundation/widgets/WidgetBuilders.h"
+
+#include <QPushButton>
+
+PlayScriptStopSessionButton::PlayScriptStopSessionButton(TarveloModel *model, QWidget *parent)
+    : QStackedWidget(parent)
+    , m_model(model)
+{
+    if (!m_model)
+        return;
+    setContentsMargins(0, 0, 0, 0);
+    static const QIcon playIcon = MediaHelper::icon(QStringLiteral(":/resources/Images/play.svg"));
+    static const QIcon stopIcon =
+        MediaHelper::icon(QStringLiteral(":/resources/Images/stop-circle.svg"));
+    m_stop = makeIconButton(stopIcon, QString(), tr("Прервать сессию"), QStringLiteral("negative"),
+                            QSize(24, 24));
+    m_play = makeIconButton(playIcon, QString(), tr("Воспроизвести сценарий"),
+                            QStringLiteral("positive"), QSize(24, 24));
+    addWidget(m_stop);
+    addWidget(m_play);
+
+    connect(m_play, &QPushButton::clicked, this, &PlayScriptStopSessionButton::play);
+    connect(m_stop, &QPushButton::clicked, m_model, &TarveloModel::abortSession);
+    m_connections << connect(m_model, &TarveloModel::sessionStarted, this,
+                             &PlayScriptStopSessionButton::updateState)
+                  << connect(m_model, &TarveloModel::sessionFinished, this,
+                             &PlayScriptStopSessionButton::updateState)
+                  << connect(m_model, &TarveloModel::scriptChanged, this,
+                             &PlayScriptStopSessionButton::updateState)
+                  << connect(m_model->device(), &TarveloDevice::connectedChanged, this,
+                             &PlayScriptStopSessionButton::updateState);
+    updateState();
+}
+
+void PlayScriptStopSessionButton::updateState()
+{
+    // The stop button stays while a session runs, also when the link is lost meanwhile.
+    if (m_model->sessionRunning()) {
+        setCurrentWidget(m_stop);
+        return;
+    }
+    setCurrentWidget(m_play);
+    m_play->setEnabled(m_model->currentScript() && m_model->device()->isConnected());
+}
+
+void PlayScriptStopSessionButton::play()
+{
+    if (TarveloScript *script = m_model->currentScript())
+        m_model->device()->uploadScript(script, -1, true);
+}

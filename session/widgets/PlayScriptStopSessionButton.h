@@ -1,0 +1,29 @@
+#pragma once
+
+#include "foundation/ConnectionHelper.h"
+
+#include <QStackedWidget>
+
+class QPushButton;
+class TarveloModel;
+
+// Play while no session runs, stop while one does. The stack only follows the model; it never
+// starts or stops anything by itself.
+class PlayScriptStopSessionButton : public QStackedWidget
+{
+    Q_OBJECT
+public:
+    explicit PlayScriptStopSessionButton(TarveloModel *model, QWidget *parent = nullptr);
+
+    QPushButton *playButton() const { return m_play; }
+    QPushButton *stopButton() const { return m_stop; }
+
+private:
+    void updateState();
+    void play();
+
+    TarveloModel *m_model;
+    ConnectionHelper m_connections;
+    QPushButton *m_stop = nullptr;
+    QPushButton *m_play = nullptr;
+};

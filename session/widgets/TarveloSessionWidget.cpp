@@ -1,0 +1,177 @@
+#include "TarveloSessionWidget.h"
+
+#include "app/TarveloModel.h"
+#include "data/TarveloSession.h"
+#include "data/TarveloSettings.h"
+#include "data/TarveloUser.h"
+#include "foundation/AppHelper.h"
+#include "foundation/DesktopShell.h"
+#include "foundation/FileUtilities.h"
+#include "foundation/widgets/AppDialogs.h"
+#include "foundation/widgets/NScrollViewer.h"
+#include "session/SessionExport.h"
+#include "session/SessionReport.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPrinter>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTextDocument>
+
+namespace {
+// The subject of the application's model, which also serves the widget without a model.
+QString currentSubjectName()
+{
+    const TarveloModel *model = TarveloModel::instance();
+    return model && model->currentUser() ? model->currentUser()->fullName(false) : QString();
+}
+} // namespace
+
+TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
+    : QWidget(parent)
+    , m_model(model)
+{
+    m_recordCheckBox = new QCheckBox(tr("Не записывать результаты"));
+    m_recordCheckBox->hide();
+    connect(m_recordCheckBox, &QCheckBox::clicked, this, [this] {
+        if (m_session)
+            m_session->setDoNotRecord(!m_session->doNotRecord());
+    });
+    m_exportButton = new QPushButton(tr("Экспорт"));
+    connect(m_exportButton, &QPushButton::clicked, this, &TarveloSessionWidget::exportSession);
+
+    m_titleLabel = new QLabel;
+    m_reportLabel = new QLabel;
+    m_reportLabel->setContentsMargins(0, 0, 0, 0);
+    m_reportLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto *viewer = new NScrollViewer(Qt::Vertical);
+    viewer->setTransparentBackground(false);
+    viewer->add(m_reportLabel);
+
+    setContentsMargins(0, 0, 0, 0);
+    auto *grid = new QGridLayout(this);
+    grid->setSpacing(0);
+    grid->addWidget(m_titleLabel, 0, 0, Qt::AlignLeft);
+    // The check box and the Export button share a cell: never both are shown.
+    grid->addWidget(m_recordCheckBox, 0, 1, Qt::AlignRight);
+    grid->addWidget(m_exportButton, 0, 1, Qt::AlignRight);
+    grid->addWidget(viewer, 1, 0, 1, 2);
+    grid->setRowStretch(1, 100);
+    updateReport();
+
+    if (m_model) {
+        m_connections << connect(m_model, &TarveloModel::sessionUpdated, this,
+                                 &TarveloSessionWidget::onSessionUpdated);
+        m_hasRecordOption = true;
+    }
+    m_recordCheckBox->setVisible(m_hasRecordOption);
+}
+
+void TarveloSessionWidget::setSession(TarveloSession *session)
+{
+    m_session = session;
+    updateReport();
+}
+
+void TarveloSessionWidget::onSessionUpdated()
+{
+    m_session = m_model->session();
+    // The box follows the session object: a click made before any session is put back here.
+    if (m_session)
+        m_recordCheckBox->setChecked(m_session->doNotRecord());
+    updateReport();
+}
+
+void TarveloSessionWidget::updateReport()
+{
+    if (!m_session) {
+        m_titleLabel->hide();
+        m_exportButton->hide();
+        m_recordCheckBox->setVisible(m_hasRecordOption);
+        m_reportLabel->setText(QString());
+        return;
+    }
+    const SessionReport report(*m_session);
+    if (report.isExportable())
+        m_exportTable = report.exportTable();
+    m_titleLabel->setText(report.title());
+    m_titleLabel->show();
+    m_exportButton->setVisible(report.isExportable());
+    m_recordCheckBox->setVisible(m_hasRecordOption && !report.isExportable());
+    m_reportLabel->setText(report.html());
+}
+
+QString TarveloSessionWidget::chooseExportFile(const QString &path, const QStringList &filters,
+                                               QString *selectedFilter)
+{
+    return QFileDialog::getSaveFileName(this, tr("Export"), path,
+                                        filters.join(QStringLiteral(";;")), selectedFilter);
+}
+
+void TarveloSessionWidget::exportSession()
+{
+    if (!m_session)
+        return;
+    TarveloModel *model = TarveloModel::instance();
+    TarveloSettings *settings = model ? model->settings() : nullptr;
+    const QString subject = currentSubjectName();
+
+    QString folder = settings ? settings->getLastExportFolder() : QString();
+    if (folder.isEmpty() || !QDir(folder).exists())
+        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    QString filter = SessionExport::chosenFilter(settings ? settings->getLastExportFilter()
+                                                          : QString());
+    const QString filePath = chooseExportFile(
+        FileUtilities::FolderSlash(folder) + SessionExport::defaultFileName(*m_session, subject),
+        SessionExport::filters(), &filter);
+    if (filePath.isEmpty())
+        return;
+
+    // Remembered before writing, so a failed write still moves the folder.
+    if (settings) {
+        settings->setLastExportFolder(QFileInfo(filePath).absoluteDir().absolutePath());
+        settings->setLastExportFilter(filter);
+    }
+
+    const SessionExport::Format format = SessionExport::formatForFilter(filter);
+    bool written = true;
+    if (format == SessionExport::Format::Pdf)
+        printPdf(filePath);
+    else
+        written = SessionExport::writeTable(format, m_exportTable, filePath,
+                                            SessionExport::sheetName(*m_session));
+    if (!written) {
+        AppHelper::warningMessage(tr("Error saving") + QStringLiteral(" \"") + filePath
+                                      + QLatin1Char('"'),
+                                  QString(), QMessageBox::Warning);
+        return;
+    }
+
+    switch (settings ? settings->getExportBehavior() : TarveloSettings::OnExport_OpenFile) {
+    case TarveloSettings::OnExport_OpenFile:
+        DesktopShell::openFile(filePath);
+        break;
+    case TarveloSettings::OnExport_OpenFolder:
+        AppHelper::showInFolder(filePath);
+        break;
+    case TarveloSettings::OnExport_DoNothing:
+        break;
+    }
+}
+
+void TarveloSessionWidget::printPdf(const QString &filePath) const
+{
+    // The report as it stands on the screen, not rebuilt, with the headings in front.
+    QTextDocument document;
+    document.setHtml(
+        SessionExport::pdfHtml(*m_session, m_reportLabel->text(), currentSubjectName()));
+    QPrinter printer(QPrinter::ScreenResolution);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(filePath);
+    document.print(&printer);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "foundation/ConnectionHelper.h"
+
+#include <QList>
+#include <QVariant>
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QPushButton;
+class TarveloModel;
+class TarveloSession;
+
+// The live report of the model's session, rebuilt whole on every change; and, without a model,
+// the view of a stored session on the subject page. While a session runs the operator can tick
+// "do not record"; once it has ended the Export button takes that place.
+class TarveloSessionWidget : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit TarveloSessionWidget(TarveloModel *model, QWidget *parent = nullptr);
+
+    // The caller keeps the ownership; null clears the view.
+    void setSession(TarveloSession *session);
+    TarveloSession *session() const { return m_session; }
+
+    void updateReport();
+    QList<QList<QVariant>> exportTable() const { return m_exportTable; }
+
+    QLabel *titleLabel() const { return m_titleLabel; }
+    QLabel *reportLabel() const { return m_reportLabel; }
+    QPushButton *exportButton() const { return m_exportButton; }
+    QCheckBox *recordCheckBox() const { return m_recordCheckBox; }
+
+public slots:
+    void exportSession();
+
+protected:
+    // The save dialog; a test overrides it to answer without a window. Returns the file name,
+    // or empty when cancelled, and sets the chosen filter.
+    virtual QString chooseExportFile(const QString &path, const QStringList &filters,
+                                     QString *selectedFilter);
+
+private:
+    void onSessionUpdated();
+    void printPdf(const QString &filePath) const;
+
+    TarveloModel *m_model;
+    QLabel *m_reportLabel = nullptr;
+    QLabel *m_titleLabel = nullptr;
+    ConnectionHelper m_connections;
+    TarveloSession *m_session = nullptr;
+    QPushButton *m_exportButton = nullptr;
+    QCheckBox *m_recordCheckBox = nullptr;
+    QList<QList<QVariant>> m_exportTable;
+    bool m_hasRecordOption = false;
+};

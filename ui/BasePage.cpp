@@ -1,0 +1,7 @@
+#include "BasePage.h"
+
+BasePage::BasePage(TarveloModel *model, QWidget *parent)
+    : QWidget(parent)
+    , m_model(model)
+{
+}

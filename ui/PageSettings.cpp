@@ -1,0 +1,6 @@
+#include "PageSettings.h"
+
+PageSettings::PageSettings(TarveloModel *model, QWidget *parent)
+    : BasePage(model, parent)
+{
+}

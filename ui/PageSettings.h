@@ -1,0 +1,11 @@
+#pragma once
+
+#include "BasePage.h"
+
+// Tab 4: the application settings.
+class PageSettings : public BasePage
+{
+    Q_OBJECT
+public:
+    explicit PageSettings(TarveloModel *model, QWidget *parent = nullptr);
+};
