@@ -30,7 +30,6 @@ public:
     QString fileName() const;
 
     QJsonObject toJson() const;
-    void readJson(const QJsonObject &object);
 
     QList<SessionStage *> stages() const { return m_stages; }
     // Takes ownership; stages stand in playing order, a repeat being a further entry.
@@ -58,6 +57,8 @@ public:
     void setDoNotRecord(bool doNotRecord) { m_doNotRecord = doNotRecord; }
 
 private:
+    void readJson(const QJsonObject &object);
+
     QString m_scriptTitle;
     QString m_userName;
     QString m_userGUID;
