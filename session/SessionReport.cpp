@@ -119,6 +119,7 @@ void SessionReport::addStageTable(const TarveloSession &session, const SessionSu
     const ReportTexts &texts = ReportTexts::instance();
     QString &html = m_html;
 
+    // The header row is never closed: reports have always been shown and printed that way.
     html += QStringLiteral("<table width=\"99.5%\" style=\"margin-top: 8px\"><tr>");
     XLSXHelper::Row headerRow;
     for (int i = 0; i < texts.headers.size(); ++i) {
@@ -129,7 +130,6 @@ void SessionReport::addStageTable(const TarveloSession &session, const SessionSu
             + QStringLiteral("</th>");
         headerRow << texts.headers.at(i);
     }
-    // The header row stays open: the report has always been shown and printed that way.
     addExportRow(headerRow);
 
     const QList<SessionStage *> stages = session.stages();
