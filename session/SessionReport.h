@@ -1,0 +1,42 @@
+#pragma once
+
+#include "foundation/XLSXHelper.h"
+
+#include <QString>
+
+class SessionSummary;
+class TarveloSession;
+
+// Everything that a view shows of a session and a spreadsheet gets of it, built in one pass
+// from the session record as it stands (running, finished or read from a file): the title
+// line, the report HTML, and for a finished or loaded session the export table. The HTML is
+// what the report label shows and, with a heading in front, what the PDF prints; its markup,
+// quirks included, is kept as operators' earlier reports have it. Texts are inserted as they
+// are, without HTML escaping.
+class SessionReport
+{
+public:
+    explicit SessionReport(const TarveloSession &session);
+
+    // "<h3>Session <title> (yyyy/MM/dd HH:mm)</h3>".
+    const QString &title() const { return m_title; }
+    const QString &html() const { return m_html; }
+    // Finished or loaded: only then is there a table to export.
+    bool isExportable() const { return m_exportable; }
+    // Empty unless exportable.
+    const XLSXHelper::Rows &exportTable() const { return m_exportTable; }
+
+    // The "Transfer" cell: a span whose class colours the box's word, e.g.
+    // <span class="good1">+1</span>; an unknown or empty word stands as it is, class "".
+    static QString transferMark(const QString &action);
+
+private:
+    void addStageTable(const TarveloSession &session, const SessionSummary &summary);
+    void addReactionMatrix(const SessionSummary &summary);
+    void addExportRow(const XLSXHelper::Row &row);
+
+    QString m_title;
+    QString m_html;
+    bool m_exportable = false;
+    XLSXHelper::Rows m_exportTable;
+};
