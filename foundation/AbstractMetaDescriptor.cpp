@@ -53,7 +53,8 @@ bool isElementName(const QString &key)
 void writeStringMap(QXmlStreamWriter &writer, const QString &name, const StringMap &map)
 {
     writer.writeStartElement(name);
-    writer.writeCharacters(QString()); // an empty map still gets its closing tag
+    if (map.isEmpty())
+        writer.writeCharacters(QString()); // an opening and a closing tag, as for other values
     for (auto it = map.cbegin(); it != map.cend(); ++it) {
         if (isElementName(it.key()))
             writer.writeTextElement(it.key(), it.value());
