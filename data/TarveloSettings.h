@@ -175,7 +175,7 @@ signals:
     void changedmaxRepeats(int value);
     void changedLastExportFolder(const QString &value);
     void changedLastExportFilter(const QString &value);
-    void changedExportBehavior(ExportBehaviorOption value);
+    void changedExportBehavior(TarveloSettings::ExportBehaviorOption value);
 
 public:
     NT_SETTING(QString, LastScriptTitle)

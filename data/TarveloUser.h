@@ -96,7 +96,7 @@ signals:
     void changedDOBYear(int value);
     void changedDOBMonth(int value);
     void changedDOBDay(int value);
-    void changedGender(Genders value);
+    void changedGender(TarveloUser::Genders value);
     void changedGUID(const QString &value);
     void changedComment(const QString &value);
 
