@@ -59,6 +59,8 @@ class Declarations : public QObject
 
     Q_PROPERTY(int Count MEMBER m_count)
     Q_CLASSINFO("CountDefault", "12px")
+    Q_CLASSINFO("CountMinimum", "none")
+    Q_CLASSINFO("CountMaximum", "")
     Q_CLASSINFO("CountCategory", "Numbers")
     Q_CLASSINFO("CountVisibleBinded", "Flag")
 
@@ -230,6 +232,7 @@ void MetaDescriptionTest::limitsConvertOrStayUnset()
     QVERIFY(!ratio->hasMaximum());    // "lots" doesn't convert
     QVERIFY(ratio->hasStep());
     QCOMPARE(ratio->step(), 0.25);
+    // Declared, but "none" and "" are no numbers.
     const AbstractMetaDescription *count = describe(QStringLiteral("Count"));
     QVERIFY(!count->hasMinimum() && !count->hasMaximum() && !count->hasStep());
 }
