@@ -178,6 +178,7 @@ signals:
     void changedExportBehavior(TarveloSettings::ExportBehaviorOption value);
 
 public:
+    // getX, setX and resetX of the properties declared above.
     NT_SETTING(QString, LastScriptTitle)
     NT_SETTING(QString, LastUserGuid)
     NT_SETTING(bool, AutoSearch)

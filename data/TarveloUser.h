@@ -101,6 +101,7 @@ signals:
     void changedComment(const QString &value);
 
 public:
+    // getX, setX and resetX of the properties declared above.
     NT_SETTING(QString, LastName)
     NT_SETTING(QString, FirstName)
     NT_SETTING(QString, MiddleName)

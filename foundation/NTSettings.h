@@ -109,36 +109,29 @@ private:
 // resetName. The class itself declares the Q_PROPERTY with its class information and the
 // signal changedName(value), so the declaration stays the one place that tells what is stored.
 // The macro ends in the private section, where it keeps the value.
-#define NT_SETTING(Type, Name) \
-public: \
-    Type get##Name() const \
-    { \
-        return m_##Name; \
-    } \
-    void set##Name(const Type &value) \
-    { \
-        if (m_##Name == value) \
-            return; \
-        m_##Name = value; \
-        emit changed##Name(value); \
-        changedProperty(QStringLiteral(#Name)); \
-    } \
-    void reset##Name() \
-    { \
-        resetToDeclaredDefault(QStringLiteral(#Name)); \
-    } \
-\
-private: \
+// clang-format off
+#define NT_SETTING(Type, Name)                                                                     \
+public:                                                                                            \
+    Type get##Name() const { return m_##Name; }                                                    \
+    void set##Name(const Type &value)                                                              \
+    {                                                                                              \
+        if (m_##Name == value)                                                                     \
+            return;                                                                                \
+        m_##Name = value;                                                                          \
+        emit changed##Name(value);                                                                 \
+        changedProperty(QStringLiteral(#Name));                                                    \
+    }                                                                                              \
+    void reset##Name() { resetToDeclaredDefault(QStringLiteral(#Name)); }                          \
+                                                                                                   \
+private:                                                                                           \
     Type m_##Name {};
 
 // An integer setting also keeps its declared default and limits, as getNameLimits().
-#define NT_INT_SETTING(Name) \
-    NT_SETTING(int, Name) \
-public: \
-    const NTIntLimits &get##Name##Limits() const \
-    { \
-        return m_##Name##Limits; \
-    } \
-\
-private: \
+#define NT_INT_SETTING(Name)                                                                       \
+    NT_SETTING(int, Name)                                                                          \
+public:                                                                                            \
+    const NTIntLimits &get##Name##Limits() const { return m_##Name##Limits; }                      \
+                                                                                                   \
+private:                                                                                           \
     const NTIntLimits m_##Name##Limits = NTIntLimits::declared(staticMetaObject, #Name);
+// clang-format on

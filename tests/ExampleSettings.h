@@ -95,6 +95,7 @@ signals:
     void changedScratch(const QString &value);
 
 public:
+    // getX, setX and resetX of the properties declared above.
     NT_SETTING(QPoint, Origin)
     NT_SETTING(QPointF, Anchor)
     NT_SETTING(QSize, Frame)
