@@ -1,6 +1,7 @@
 #include "TarveloModel.h"
 
 #include "data/TarveloScript.h"
+#include "data/TarveloSettings.h"
 #include "foundation/FileUtilities.h"
 
 #include <QDir>
@@ -24,6 +25,8 @@ TarveloModel::TarveloModel(QObject *parent)
     FileUtilities::createIfNotExists(m_scriptsFolder);
     // Settings.xml is named relative to the working folder, which is the data folder from now on.
     QDir::setCurrent(m_rootFolder);
+    m_settings = new TarveloSettings(this);
+    m_settings->reload();
 
     reloadScripts();
     s_instance = this;
@@ -133,9 +136,12 @@ bool TarveloModel::isTitleFree(const QString &title, const QString &own) const
 // The last selected title survives restarts through the application settings.
 QString TarveloModel::rememberedScriptTitle() const
 {
-    return QString();
+    return m_settings->getLastScriptTitle();
 }
 
+// The setter stores and announces only a title that differs, and the settings write themselves
+// at once, so the choice outlives a crash.
 void TarveloModel::rememberScriptTitle()
 {
+    m_settings->setLastScriptTitle(m_currentScriptTitle);
 }

@@ -5,10 +5,12 @@
 #include <QStringList>
 
 class TarveloScript;
+class TarveloSettings;
 
-// The one central object: lays out the data folder, knows all script titles, holds the current
-// script and tells the pages of every change. Replaced scripts are deliberately not destroyed:
-// views keep pointers to them after they have dropped out of the model.
+// The one central object: lays out the data folder, owns the settings, knows all script titles,
+// holds the current script and tells the pages of every change. Replaced scripts are
+// deliberately not destroyed: views keep pointers to them after they have dropped out of the
+// model.
 class TarveloModel : public QObject
 {
     Q_OBJECT
@@ -22,6 +24,7 @@ public:
     QString rootFolder() const { return m_rootFolder; }
     QString recordsFolder() const { return m_recordsFolder; }
     QString scriptsFolder() const { return m_scriptsFolder; }
+    TarveloSettings *settings() const { return m_settings; }
     TarveloScript *currentScript() const { return m_currentScript; }
     QString currentScriptTitle() const { return m_currentScriptTitle; }
     QStringList scriptTitles() const { return m_scriptTitles; }
@@ -47,6 +50,7 @@ private:
     QString m_rootFolder;
     QString m_recordsFolder;
     QString m_scriptsFolder;
+    TarveloSettings *m_settings = nullptr;
     TarveloScript *m_currentScript = nullptr;
     QString m_currentScriptTitle;
     QStringList m_scriptTitles;

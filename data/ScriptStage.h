@@ -17,12 +17,12 @@ struct ScriptStage
     ~ScriptStage();
 
     QList<ScriptStep *> steps;
-    QString stop; // "stop": stops the script
-    QString s0;   // "s-0": repeats the stage
-    QString sp1;  // "s+1": goes on one stage
-    QString sp2;  // "s+2": goes on two stages
-    QString sm1;  // "s-1": goes back one stage
-    QString sm2;  // "s-2": goes back two stages
+    QString stop;       // "stop": stops the script
+    QString s0;         // "s-0": repeats the stage
+    QString sp1;        // "s+1": goes on one stage
+    QString sp2;        // "s+2": goes on two stages
+    QString sm1;        // "s-1": goes back one stage
+    QString sm2;        // "s-2": goes back two stages
     int maxRepeats = 3; // "rpt"
 
     // The transfer keys in file and wire order.

@@ -45,14 +45,14 @@ void DesktopShell::showInFolder(const QString &path)
     // The freedesktop file manager interface selects the file; without a session bus or a
     // file manager that answers, the folder is opened instead.
     QProcess dbus;
-    dbus.start(QStringLiteral("dbus-send"),
-               {QStringLiteral("--session"), QStringLiteral("--print-reply"),
-                QStringLiteral("--dest=org.freedesktop.FileManager1"),
-                QStringLiteral("/org/freedesktop/FileManager1"),
-                QStringLiteral("org.freedesktop.FileManager1.ShowItems"),
-                QStringLiteral("array:string:")
-                    + QUrl::fromLocalFile(info.absoluteFilePath()).toString(),
-                QStringLiteral("string:")});
+    dbus.start(
+        QStringLiteral("dbus-send"),
+        {QStringLiteral("--session"), QStringLiteral("--print-reply"),
+         QStringLiteral("--dest=org.freedesktop.FileManager1"),
+         QStringLiteral("/org/freedesktop/FileManager1"),
+         QStringLiteral("org.freedesktop.FileManager1.ShowItems"),
+         QStringLiteral("array:string:") + QUrl::fromLocalFile(info.absoluteFilePath()).toString(),
+         QStringLiteral("string:")});
     const bool started = dbus.waitForFinished(3000) && dbus.exitStatus() == QProcess::NormalExit
         && dbus.exitCode() == 0;
 #endif

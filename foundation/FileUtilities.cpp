@@ -51,7 +51,7 @@ bool FileUtilities::clearFolder(const QString &path, bool leaveRemoved)
 QStringList FileUtilities::getFilesOfType(const QString &folder, const QString &type,
                                           bool recursive, bool fullPaths)
 {
-    return getFilesOfTypes(folder, QStringList{type}, recursive, fullPaths);
+    return getFilesOfTypes(folder, QStringList {type}, recursive, fullPaths);
 }
 
 QStringList FileUtilities::getFilesOfTypes(const QString &folder, const QStringList &types,
@@ -121,7 +121,9 @@ bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    if (file.write(data) != data.size()) {
+    // commit() overlooks a failure of its own final flush (a full disk, a size limit) and would
+    // put the cut-off file in place, so the data is flushed and checked first.
+    if (file.write(data) != data.size() || !file.flush()) {
         file.cancelWriting();
         return false;
     }

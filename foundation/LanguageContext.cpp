@@ -20,7 +20,8 @@ LanguageContext::LanguageContext()
 
 void LanguageContext::addFilesFrom(const QString &folder)
 {
-    const QStringList files = FileUtilities::getFilesOfType(folder, QStringLiteral("qm"), true, true);
+    const QStringList files =
+        FileUtilities::getFilesOfType(folder, QStringLiteral("qm"), true, true);
     for (const QString &file : files)
         m_languageFiles[file.right(8).left(5)] << file; // "Tarvelo_ru_RU.qm" gives "ru_RU"
 }

@@ -32,7 +32,7 @@ QString trim(const QString &text, QChar part)
 QStringList multisplit(const QString &text, const QStringList &separators,
                        Qt::SplitBehavior behavior)
 {
-    return multisplit(QStringList{text}, separators, behavior);
+    return multisplit(QStringList {text}, separators, behavior);
 }
 
 QStringList multisplit(const QStringList &pieces, const QStringList &separators,

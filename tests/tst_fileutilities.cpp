@@ -5,6 +5,9 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace {
 void touch(const QString &path)
 {
@@ -31,16 +34,21 @@ private slots:
     void filesOfTypeRecursesWithRelativeNames();
     void subfoldersSkipDotFoldersAndEndInSlash();
     void writeAtomicallyReplacesOrLeavesTheOldFile();
+    void writeFailingHalfWayLeavesTheOldFile();
 };
 
 void FileUtilitiesTest::folderSlash_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("backslashes") << "C:\\Data\\Tarvelo" << "C:/Data/Tarvelo/";
-    QTest::newRow("already slashed") << "/tmp/a/" << "/tmp/a/";
-    QTest::newRow("trailing backslash") << "a\\" << "a/";
-    QTest::newRow("empty") << "" << "";
+    QTest::newRow("backslashes") << "C:\\Data\\Tarvelo"
+                                 << "C:/Data/Tarvelo/";
+    QTest::newRow("already slashed") << "/tmp/a/"
+                                     << "/tmp/a/";
+    QTest::newRow("trailing backslash") << "a\\"
+                                        << "a/";
+    QTest::newRow("empty") << ""
+                           << "";
 }
 
 void FileUtilitiesTest::folderSlash()
@@ -108,14 +116,15 @@ void FileUtilitiesTest::filesOfTypeAcceptAnySpellingOfTheSuffix()
     touch(dir.filePath(QStringLiteral("b.csv")));
     touch(dir.filePath(QStringLiteral("A.csv")));
     touch(dir.filePath(QStringLiteral("c.txt")));
-    const QStringList expected{QStringLiteral("A.csv"), QStringLiteral("b.csv")};
-    for (const QString &type : {QStringLiteral("csv"), QStringLiteral(".csv"), QStringLiteral("*.csv")})
+    const QStringList expected {QStringLiteral("A.csv"), QStringLiteral("b.csv")};
+    for (const QString &type :
+         {QStringLiteral("csv"), QStringLiteral(".csv"), QStringLiteral("*.csv")})
         QCOMPARE(FileUtilities::getFilesOfType(dir.path(), type, false, false), expected);
     QCOMPARE(FileUtilities::getFilesOfType(dir.path(), QStringLiteral("csv"), false, true),
-             QStringList{QDir(dir.path()).absoluteFilePath(QStringLiteral("A.csv"))}
+             QStringList {QDir(dir.path()).absoluteFilePath(QStringLiteral("A.csv"))}
                  << QDir(dir.path()).absoluteFilePath(QStringLiteral("b.csv")));
-    QCOMPARE(FileUtilities::getFilesOfTypes(dir.path(), {QStringLiteral("csv"), QStringLiteral("txt")},
-                                            false, false)
+    QCOMPARE(FileUtilities::getFilesOfTypes(
+                 dir.path(), {QStringLiteral("csv"), QStringLiteral("txt")}, false, false)
                  .size(),
              3);
     QVERIFY(FileUtilities::getFilesOfType(dir.filePath(QStringLiteral("none")),
@@ -130,8 +139,9 @@ void FileUtilitiesTest::filesOfTypeWithEmptyTypeListsEverything()
     touch(dir.filePath(QStringLiteral("b")));
     QDir().mkpath(dir.filePath(QStringLiteral("sub")));
     const QStringList all = FileUtilities::getFilesOfType(dir.path(), QString(), false, false);
-    QCOMPARE(all, (QStringList{QStringLiteral("."), QStringLiteral(".."), QStringLiteral("a.csv"),
-                               QStringLiteral("b"), QStringLiteral("sub")}));
+    QCOMPARE(all,
+             (QStringList {QStringLiteral("."), QStringLiteral(".."), QStringLiteral("a.csv"),
+                           QStringLiteral("b"), QStringLiteral("sub")}));
 }
 
 void FileUtilitiesTest::filesOfTypeRecursesWithRelativeNames()
@@ -143,11 +153,13 @@ void FileUtilitiesTest::filesOfTypeRecursesWithRelativeNames()
     touch(dir.filePath(QStringLiteral("sub/other.txt")));
     const QStringList relative =
         FileUtilities::getFilesOfType(dir.path(), QStringLiteral("script"), true, false);
-    QCOMPARE(relative, (QStringList{QStringLiteral("top.script"), QStringLiteral("sub/inner.script"),
-                                    QStringLiteral("sub/deeper/deep.script")}));
+    QCOMPARE(relative,
+             (QStringList {QStringLiteral("top.script"), QStringLiteral("sub/inner.script"),
+                           QStringLiteral("sub/deeper/deep.script")}));
     const QStringList full =
         FileUtilities::getFilesOfType(dir.path(), QStringLiteral("script"), true, true);
-    QCOMPARE(full.last(), QDir(dir.path()).absolutePath() + QStringLiteral("/sub/deeper/deep.script"));
+    QCOMPARE(full.last(),
+             QDir(dir.path()).absolutePath() + QStringLiteral("/sub/deeper/deep.script"));
 }
 
 void FileUtilitiesTest::subfoldersSkipDotFoldersAndEndInSlash()
@@ -158,11 +170,11 @@ void FileUtilitiesTest::subfoldersSkipDotFoldersAndEndInSlash()
     QDir().mkpath(dir.filePath(QStringLiteral(".hidden")));
     touch(dir.filePath(QStringLiteral("file.txt")));
     QCOMPARE(FileUtilities::GetSubfolders(dir.path(), false, false),
-             (QStringList{QStringLiteral("a/"), QStringLiteral("b/")}));
+             (QStringList {QStringLiteral("a/"), QStringLiteral("b/")}));
     const QString root = FileUtilities::FolderSlash(dir.path());
     QCOMPARE(FileUtilities::GetSubfolders(dir.path(), true, true),
-             (QStringList{root + QStringLiteral("a/"), root + QStringLiteral("b/"),
-                          root + QStringLiteral("b/inner/")}));
+             (QStringList {root + QStringLiteral("a/"), root + QStringLiteral("b/"),
+                           root + QStringLiteral("b/inner/")}));
 }
 
 void FileUtilitiesTest::writeAtomicallyReplacesOrLeavesTheOldFile()
@@ -174,7 +186,7 @@ void FileUtilitiesTest::writeAtomicallyReplacesOrLeavesTheOldFile()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("second"));
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"Settings.xml"});
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"Settings.xml"});
 
     // A target that can't be replaced (a folder stands there) fails and stays as it was.
     const QString folder = dir.filePath(QStringLiteral("taken"));
@@ -182,6 +194,30 @@ void FileUtilitiesTest::writeAtomicallyReplacesOrLeavesTheOldFile()
     QVERIFY(!FileUtilities::writeAtomically(folder, "data"));
     QVERIFY(QFileInfo::exists(folder + QStringLiteral("/keep.txt")));
     QVERIFY(!FileUtilities::writeAtomically(QString(), "data"));
+}
+
+// A file size limit makes the write stop half-way, as a full disk would.
+void FileUtilitiesTest::writeFailingHalfWayLeavesTheOldFile()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("User.xml"));
+    QVERIFY(FileUtilities::writeAtomically(path, "old content"));
+
+    rlimit original {};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &original), 0);
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit small = original;
+    small.rlim_cur = 100;
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool written = FileUtilities::writeAtomically(path, QByteArray(5000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &original);
+    std::signal(SIGXFSZ, oldHandler);
+
+    QVERIFY(!written);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("old content"));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"User.xml"});
 }
 
 QTEST_GUILESS_MAIN(FileUtilitiesTest)

@@ -1,5 +1,6 @@
 #include "app/TarveloModel.h"
 #include "data/TarveloScript.h"
+#include "data/TarveloSettings.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,9 +23,16 @@ private slots:
     void removeSelectsAnotherScript();
     void isTitleFree_data();
     void isTitleFree();
+    void settingsAreLoadedFromTheDataFolder();
+    void rememberedTitleIsRestoredAtTheNextStart();
+    void rememberedTitleInAnotherCaseIsNotTaken();
+    void failedSelectionForgetsTheTitle();
 
 private:
     QString scripts() const { return m_root + QStringLiteral("Scripts/"); }
+    QString settingsFile() const { return m_root + QStringLiteral("Settings.xml"); }
+    QByteArray storedSettings() const;
+    void writeSettings(const QByteArray &xml);
     void writeScript(const QString &fileName, const QString &title, int stages = 1);
 
     QTemporaryDir m_home;
@@ -123,7 +131,7 @@ void ModelTest::saveWithANewTitleRenamesTheFile()
     model.commitScript(true);
     QVERIFY(!QFile::exists(scripts() + QStringLiteral("Old.script")));
     QVERIFY(QFile::exists(scripts() + QStringLiteral("New.script")));
-    QCOMPARE(model.scriptTitles(), QStringList{QStringLiteral("New")});
+    QCOMPARE(model.scriptTitles(), QStringList {QStringLiteral("New")});
     QCOMPARE(model.currentScriptTitle(), QStringLiteral("New"));
     QCOMPARE(model.currentScript()->stages().size(), 2);
 }
@@ -159,7 +167,7 @@ void ModelTest::removeSelectsAnotherScript()
     QVERIFY(model.currentScriptTitle().isEmpty());
     QCOMPARE(model.scriptTitles().size(), 2); // not refreshed yet
     model.removeCurrentScript(true);          // nothing left to delete under an empty title
-    QCOMPARE(model.scriptTitles(), QStringList{QStringLiteral("Two")});
+    QCOMPARE(model.scriptTitles(), QStringList {QStringLiteral("Two")});
     QCOMPARE(model.currentScriptTitle(), QStringLiteral("Two"));
 }
 
@@ -168,12 +176,18 @@ void ModelTest::isTitleFree_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("own");
     QTest::addColumn<bool>("free");
-    QTest::newRow("new title") << "Gamma" << "" << true;
-    QTest::newRow("taken, other case") << "alpha" << "" << false;
-    QTest::newRow("taken, blanks around") << "  Beta " << "" << false;
-    QTest::newRow("own title passes") << "ALPHA" << "alpha" << true;
-    QTest::newRow("own does not free another") << "Beta" << "Alpha" << false;
-    QTest::newRow("empty") << "   " << "" << false;
+    QTest::newRow("new title") << "Gamma"
+                               << "" << true;
+    QTest::newRow("taken, other case") << "alpha"
+                                       << "" << false;
+    QTest::newRow("taken, blanks around") << "  Beta "
+                                          << "" << false;
+    QTest::newRow("own title passes") << "ALPHA"
+                                      << "alpha" << true;
+    QTest::newRow("own does not free another") << "Beta"
+                                               << "Alpha" << false;
+    QTest::newRow("empty") << "   "
+                           << "" << false;
 }
 
 void ModelTest::isTitleFree()
@@ -185,6 +199,79 @@ void ModelTest::isTitleFree()
     writeScript(QStringLiteral("Beta.script"), QStringLiteral("Beta"));
     TarveloModel model;
     QCOMPARE(model.isTitleFree(title, own), free);
+}
+
+QByteArray ModelTest::storedSettings() const
+{
+    QFile file(settingsFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void ModelTest::writeSettings(const QByteArray &xml)
+{
+    QVERIFY(QDir().mkpath(m_root));
+    QFile file(settingsFile());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(xml);
+}
+
+void ModelTest::settingsAreLoadedFromTheDataFolder()
+{
+    writeSettings("<TarveloSettings><ComPort>7</ComPort></TarveloSettings>");
+    TarveloModel model;
+    QVERIFY(model.settings());
+    QCOMPARE(model.settings()->parent(), &model);
+    QCOMPARE(model.settings()->getComPort(), 7);
+    // A first start with no script leaves the remembered title empty, as it was: nothing is
+    // written back.
+    QCOMPARE(storedSettings(),
+             QByteArray("<TarveloSettings><ComPort>7</ComPort></TarveloSettings>"));
+}
+
+void ModelTest::rememberedTitleIsRestoredAtTheNextStart()
+{
+    writeScript(QStringLiteral("Alpha.script"), QStringLiteral("Alpha"));
+    writeScript(QStringLiteral("Beta.script"), QStringLiteral("Beta"));
+    {
+        TarveloModel model;
+        QCOMPARE(model.currentScriptTitle(), QStringLiteral("Alpha"));
+        QCOMPARE(model.settings()->getLastScriptTitle(), QStringLiteral("Alpha"));
+        QSignalSpy remembered(model.settings(), &TarveloSettings::changedLastScriptTitle);
+        QSignalSpy saved(model.settings(), &NTSettings::saved);
+        model.selectScript(QStringLiteral("Beta"));
+        QCOMPARE(remembered.count(), 1);
+        QCOMPARE(remembered.first().at(0).toString(), QStringLiteral("Beta"));
+        QCOMPARE(saved.count(), 1); // written at once, not at the end
+        QVERIFY(storedSettings().contains("<LastScriptTitle>Beta</LastScriptTitle>"));
+
+        model.selectScript(QStringLiteral("Beta")); // the same again: nothing to remember
+        QCOMPARE(remembered.count(), 1);
+        QCOMPARE(saved.count(), 1);
+    }
+    TarveloModel restarted;
+    QCOMPARE(restarted.currentScriptTitle(), QStringLiteral("Beta"));
+}
+
+void ModelTest::rememberedTitleInAnotherCaseIsNotTaken()
+{
+    writeScript(QStringLiteral("Alpha.script"), QStringLiteral("Alpha"));
+    writeScript(QStringLiteral("Beta.script"), QStringLiteral("Beta"));
+    writeSettings("<TarveloSettings><LastScriptTitle>beta</LastScriptTitle></TarveloSettings>");
+    TarveloModel model;
+    QCOMPARE(model.currentScriptTitle(), QStringLiteral("Alpha"));
+    QCOMPARE(model.settings()->getLastScriptTitle(), QStringLiteral("Alpha"));
+    QVERIFY(storedSettings().contains("<LastScriptTitle>Alpha</LastScriptTitle>"));
+}
+
+void ModelTest::failedSelectionForgetsTheTitle()
+{
+    writeScript(QStringLiteral("Alpha.script"), QStringLiteral("Alpha"));
+    TarveloModel model;
+    QCOMPARE(model.settings()->getLastScriptTitle(), QStringLiteral("Alpha"));
+    model.selectScript(QStringLiteral("Missing"));
+    QVERIFY(model.currentScriptTitle().isEmpty());
+    QVERIFY(model.settings()->getLastScriptTitle().isEmpty());
+    QVERIFY(storedSettings().contains("<LastScriptTitle></LastScriptTitle>"));
 }
 
 QTEST_GUILESS_MAIN(ModelTest)

@@ -1,0 +1,9 @@
+#include "StringMap.h"
+
+#include <QMetaType>
+
+int registerStringMapType()
+{
+    static const int id = qRegisterMetaType<StringMap>("StringMap");
+    return id;
+}
