@@ -1,9 +1,14 @@
 #include "TarveloModel.h"
 
 #include "data/TarveloScript.h"
+#include "data/TarveloSession.h"
 #include "data/TarveloSettings.h"
+#include "data/TarveloUser.h"
+#include "device/TarveloDevice.h"
 #include "foundation/FileUtilities.h"
 
+#include <QDateTime>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -28,8 +33,24 @@ TarveloModel::TarveloModel(QObject *parent)
     m_settings = new TarveloSettings(this);
     m_settings->reload();
 
+    m_device = new TarveloDevice(m_settings->getAutoSearch() ? -1 : m_settings->getComPort(), this);
+    connect(m_settings, &TarveloSettings::changedAutoSearch, this, &TarveloModel::followPortSetting);
+    connect(m_settings, &TarveloSettings::changedComPort, this, &TarveloModel::followPortSetting);
+    connect(m_settings, &TarveloSettings::changedDeviceSearchTimeout, m_device,
+            &TarveloDevice::setSearchInterval);
+    m_device->setSearchInterval(m_settings->getDeviceSearchTimeout());
+    m_connections << connect(m_device, &TarveloDevice::onMessage, this,
+                             &TarveloModel::handleDeviceMessage);
+
+    reloadUsers();
+    selectUser(m_settings->getLastUserGuid());
     reloadScripts();
     s_instance = this;
+}
+
+void TarveloModel::followPortSetting()
+{
+    m_device->setComPort(m_settings->getAutoSearch() ? -1 : m_settings->getComPort());
 }
 
 TarveloModel::~TarveloModel()
@@ -144,4 +165,124 @@ QString TarveloModel::rememberedScriptTitle() const
 void TarveloModel::rememberScriptTitle()
 {
     m_settings->setLastScriptTitle(m_currentScriptTitle);
+}
+
+void TarveloModel::reloadUsers()
+{
+    // The old subjects live on: a view or the current selection may still point at them.
+    m_users.clear();
+    const QStringList folders = FileUtilities::GetSubfolders(m_recordsFolder, true, false);
+    for (const QString &folder : folders) {
+        const QString file = FileUtilities::FolderSlash(folder) + QStringLiteral("User.xml");
+        if (!QFile::exists(file))
+            continue;
+        auto *user = new TarveloUser;
+        user->setFilepath(file);
+        user->reload();
+        m_users << user;
+    }
+    emit usersUpdated();
+}
+
+void TarveloModel::selectUser(const QString &guid)
+{
+    m_currentUser = nullptr;
+    for (TarveloUser *user : qAsConst(m_users)) {
+        if (user->getGUID() == guid) {
+            m_currentUser = user;
+            break;
+        }
+    }
+    // An unknown GUID, an empty one too, clears the remembered subject.
+    m_settings->setLastUserGuid(m_currentUser ? m_currentUser->getGUID() : QString());
+    emit userSelected();
+}
+
+SessionStage *TarveloModel::lastStage() const
+{
+    return m_session && !m_session->stages().isEmpty() ? m_session->stages().constLast() : nullptr;
+}
+
+void TarveloModel::handleDeviceMessage(const QString &message)
+{
+    static const QString ScriptStarted = QStringLiteral("scriptStarted=");
+    static const QString ScriptFinished = QStringLiteral("scriptFinished");
+    static const QString StageStarted = QStringLiteral("stageStarted=");
+    static const QString StageAction = QStringLiteral("stageAction=");
+    static const QString StageItems = QStringLiteral("stageItems=");
+    static const QString Reaction = QStringLiteral("r=");
+
+    if (message.startsWith(ScriptStarted)) {
+        // A session still running is dropped as it is, neither finished nor saved.
+        m_session = new TarveloSession;
+        QString title = message.mid(ScriptStarted.size());
+        if (title.isEmpty())
+            title = m_currentScriptTitle;
+        m_session->setScriptTitle(title);
+        m_session->setStart(QDateTime::currentDateTime());
+        if (m_currentUser) {
+            m_session->setUserName(m_currentUser->fullName(false));
+            m_session->setUserGUID(m_currentUser->getGUID());
+        }
+        m_sessionRunning = true;
+        emit sessionUpdated();
+        emit sessionStarted();
+    } else if (message.startsWith(ScriptFinished)) {
+        finishSession();
+    } else if (!m_session) {
+        // Stage reports before the first session of the program's life have nowhere to go.
+        return;
+    } else if (message.startsWith(StageStarted)) {
+        addSessionStage(message.mid(StageStarted.size()).toInt());
+    } else if (message.startsWith(StageAction)) {
+        if (SessionStage *stage = lastStage()) {
+            stage->action = message.mid(StageAction.size());
+            emit sessionUpdated();
+        }
+    } else if (message.startsWith(StageItems)) {
+        if (!lastStage())
+            addSessionStage(0);
+        lastStage()->stepCount = message.mid(StageItems.size()).toInt();
+        emit sessionUpdated();
+    } else if (message.startsWith(Reaction)) {
+        if (SessionStage *stage = lastStage()) {
+            stage->addStep(SessionStep::fromReport(message));
+            emit sessionUpdated();
+        }
+    }
+}
+
+void TarveloModel::addSessionStage(int index)
+{
+    auto *stage = new SessionStage;
+    stage->index = index;
+    m_session->addStage(stage);
+    emit sessionUpdated();
+}
+
+void TarveloModel::finishSession()
+{
+    if (!m_session)
+        return;
+    m_session->setFinished(true);
+    m_session->setEnd(QDateTime::currentDateTime());
+    if (!m_session->doNotRecord()) {
+        // The folder is the subject's of this moment, which may differ from the one at the start.
+        const QString folder = m_currentUser
+            ? FileUtilities::FolderSlash(m_recordsFolder) + m_currentUser->fullName(true)
+            : m_recordsFolder;
+        if (!m_session->save(folder))
+            qDebug() << "Session not saved in" << folder;
+    }
+    m_sessionRunning = false;
+    emit sessionUpdated();
+    emit sessionFinished();
+}
+
+void TarveloModel::abortSession()
+{
+    qDebug() << "ABORT!";
+    m_device->sendCommand(QStringLiteral("stop"));
+    if (m_sessionRunning)
+        finishSession();
 }

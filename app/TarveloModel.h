@@ -1,16 +1,26 @@
 #pragma once
 
+#include "foundation/ConnectionHelper.h"
+
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
+class TarveloDevice;
 class TarveloScript;
+class TarveloSession;
+class SessionStage;
 class TarveloSettings;
+class TarveloUser;
 
-// The one central object: lays out the data folder, owns the settings, knows all script titles,
-// holds the current script and tells the pages of every change. Replaced scripts are
-// deliberately not destroyed: views keep pointers to them after they have dropped out of the
-// model.
+// The one central object: lays out the data folder, owns the settings and the device link, knows
+// all scripts and subjects, holds the current selections and the session of the moment, and
+// tells the pages of every change. It turns the box's reports into a session record; the box
+// plays the script and decides the transfers, the model only writes them down.
+//
+// Replaced scripts, sessions and subjects are deliberately not destroyed: views keep pointers to
+// them after they have dropped out of the model.
 class TarveloModel : public QObject
 {
     Q_OBJECT
@@ -25,6 +35,11 @@ public:
     QString recordsFolder() const { return m_recordsFolder; }
     QString scriptsFolder() const { return m_scriptsFolder; }
     TarveloSettings *settings() const { return m_settings; }
+    TarveloDevice *device() const { return m_device; }
+    TarveloSession *session() const { return m_session; }
+    bool sessionRunning() const { return m_sessionRunning; }
+    QList<TarveloUser *> users() const { return m_users; }
+    TarveloUser *currentUser() const { return m_currentUser; }
     TarveloScript *currentScript() const { return m_currentScript; }
     QString currentScriptTitle() const { return m_currentScriptTitle; }
     QStringList scriptTitles() const { return m_scriptTitles; }
@@ -38,11 +53,30 @@ public:
     void removeCurrentScript(bool refresh);
     bool isTitleFree(const QString &title, const QString &own) const;
 
+    void reloadUsers();
+    void selectUser(const QString &guid);
+
+public slots:
+    // Sends "stop" to the box and ends a running session as if it had finished.
+    void abortSession();
+    // The single entrance for the box's reports during a run.
+    void handleDeviceMessage(const QString &message);
+
 signals:
+    void sessionUpdated();
+    void sessionStarted();
+    void sessionFinished();
+    void usersUpdated();
+    void userSelected();
     void scriptChanged();
     void scriptsUpdated();
 
 private:
+    void finishSession();
+    void addSessionStage(int index);
+    SessionStage *lastStage() const;
+    void followPortSetting();
+
     QString scriptPath(const QString &title) const;
     QString rememberedScriptTitle() const;
     void rememberScriptTitle();
@@ -51,7 +85,13 @@ private:
     QString m_recordsFolder;
     QString m_scriptsFolder;
     TarveloSettings *m_settings = nullptr;
+    TarveloDevice *m_device = nullptr;
+    TarveloSession *m_session = nullptr;
+    bool m_sessionRunning = false;
+    ConnectionHelper m_connections;
+    QList<TarveloUser *> m_users;
     TarveloScript *m_currentScript = nullptr;
     QString m_currentScriptTitle;
     QStringList m_scriptTitles;
+    TarveloUser *m_currentUser = nullptr;
 };

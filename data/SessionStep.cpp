@@ -1,6 +1,10 @@
 #include "SessionStep.h"
 
+#include "KeyValueText.h"
+
 #include <QJsonObject>
+
+#include <climits>
 
 namespace {
 const QString KeyStimulus = QStringLiteral("s");
@@ -43,5 +47,28 @@ SessionStep *SessionStep::fromJson(const QJsonObject &object)
     step->t = object.value(KeyAllowed).toInt(0);
     step->d = object.value(KeyDelay).toInt(0);
     step->v = object.value(KeyValid).toBool(false);
+    return step;
+}
+
+SessionStep *SessionStep::fromReport(const QString &message)
+{
+    const QMap<QString, QString> fields =
+        parseKeyValues(message, QStringLiteral(";"), QStringLiteral("="));
+    // Numbers that don't parse are 0; out-of-range codes fall back to "no button" and the
+    // first stimulus, as the box's own firmware never sends them.
+    const qint64 reaction = fields.value(KeyReaction).toInt();
+    const uint button = fields.value(KeyButton, QStringLiteral("10")).toInt();
+    const uint stimulus = fields.value(KeyStimulus, QStringLiteral("1")).toInt();
+
+    auto *step = new SessionStep;
+    step->s = stimulus > TarveloCommon::StimulusCount ? 0 : int(stimulus);
+    step->b = button > TarveloCommon::NoReportedButton ? TarveloCommon::NoReportedButton
+                                                       : int(button);
+    step->b2 = requiredButton(step->s);
+    // The sign only flags a missed reaction; the time itself is its magnitude.
+    step->v = reaction >= 0;
+    step->r = int(qMin<qint64>(qAbs(reaction), INT_MAX));
+    step->t = fields.value(KeyAllowed, QStringLiteral("0")).toInt();
+    step->d = fields.value(KeyDelay, QStringLiteral("0")).toInt();
     return step;
 }

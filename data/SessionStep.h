@@ -26,4 +26,7 @@ struct SessionStep
     QJsonObject toJson() const;
     // Every key takes its default when absent; a non-object reads as an empty one.
     static SessionStep *fromJson(const QJsonObject &object);
+    // A reaction report "r=..;b=..;b2=..;s=..;t=..;d=..". The required button is derived from
+    // the stimulus, never taken from the report.
+    static SessionStep *fromReport(const QString &message);
 };
