@@ -43,7 +43,7 @@ inline const QString ScriptFinished = QStringLiteral("scriptFinished");
 inline const QString StageStarted = QStringLiteral("stageStarted=");
 inline const QString StageAction = QStringLiteral("stageAction=");
 inline const QString StageItems = QStringLiteral("stageItems=");
-inline const QString Reaction = QStringLiteral("r=");
+inline const QString ReactionReport = QStringLiteral("r=");
 
 // Box options, as named in "settings:" reports and "settings=" commands.
 inline const QString AudioInvert = QStringLiteral("audioInvert");
@@ -70,6 +70,11 @@ constexpr int ChunkBytes = 128;
 constexpr int StartScriptDelayMs = 1000;
 // The greeting goes to a candidate port this long after it opened.
 constexpr int GreetingDelayMs = 1000;
+
+// One read of the link as text. Each read is decoded by itself, so a character cut by two reads
+// turns into replacement characters. A NUL byte is noise like any other: the QByteArray form
+// of QString::fromUtf8 would end the text there and lose the frames behind it.
+QString decode(const QByteArray &bytes);
 
 // "{" text "}" in UTF-8, cut into writes of at most ChunkBytes bytes. A cut may fall inside a
 // multi-byte character: the box reads a plain byte stream.

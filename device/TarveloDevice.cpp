@@ -235,7 +235,7 @@ void TarveloDevice::handleCandidateReply(QSerialPort *port, TarveloMessage *spli
     // A reply queued before the pass that closed this port is stale.
     if (!m_searchPorts.contains(port) || !port->isOpen())
         return;
-    const QStringList messages = splitter->parse(QString::fromUtf8(port->readAll()));
+    const QStringList messages = splitter->parse(decode(port->readAll()));
     if (!messages.contains(GreetingAnswer))
         return;
     splitter->deleteLater();
@@ -262,9 +262,8 @@ void TarveloDevice::takeLink(QSerialPort *port)
     m_portConnections << connect(
         port, &QSerialPort::errorOccurred, this, [this] { setConnected(false); },
         Qt::DirectConnection);
-    m_portConnections << connect(port, &QSerialPort::readyRead, this, [this, port] {
-        m_message.parse(QString::fromUtf8(port->readAll()));
-    });
+    m_portConnections << connect(port, &QSerialPort::readyRead, this,
+                                 [this, port] { m_message.parse(decode(port->readAll())); });
     sendText(AskSerialNumber, port);
     sendText(AskVersion, port);
     emit gotPortName(m_portName);

@@ -37,10 +37,14 @@ void FileUtilitiesTest::folderSlash_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("backslashes") << "C:\\Data\\Tarvelo" << "C:/Data/Tarvelo/";
-    QTest::newRow("already slashed") << "/tmp/a/" << "/tmp/a/";
-    QTest::newRow("trailing backslash") << "a\\" << "a/";
-    QTest::newRow("empty") << "" << "";
+    QTest::newRow("backslashes") << "C:\\Data\\Tarvelo"
+                                 << "C:/Data/Tarvelo/";
+    QTest::newRow("already slashed") << "/tmp/a/"
+                                     << "/tmp/a/";
+    QTest::newRow("trailing backslash") << "a\\"
+                                        << "a/";
+    QTest::newRow("empty") << ""
+                           << "";
 }
 
 void FileUtilitiesTest::folderSlash()
@@ -108,14 +112,15 @@ void FileUtilitiesTest::filesOfTypeAcceptAnySpellingOfTheSuffix()
     touch(dir.filePath(QStringLiteral("b.csv")));
     touch(dir.filePath(QStringLiteral("A.csv")));
     touch(dir.filePath(QStringLiteral("c.txt")));
-    const QStringList expected{QStringLiteral("A.csv"), QStringLiteral("b.csv")};
-    for (const QString &type : {QStringLiteral("csv"), QStringLiteral(".csv"), QStringLiteral("*.csv")})
+    const QStringList expected {QStringLiteral("A.csv"), QStringLiteral("b.csv")};
+    for (const QString &type :
+         {QStringLiteral("csv"), QStringLiteral(".csv"), QStringLiteral("*.csv")})
         QCOMPARE(FileUtilities::getFilesOfType(dir.path(), type, false, false), expected);
     QCOMPARE(FileUtilities::getFilesOfType(dir.path(), QStringLiteral("csv"), false, true),
-             QStringList{QDir(dir.path()).absoluteFilePath(QStringLiteral("A.csv"))}
+             QStringList {QDir(dir.path()).absoluteFilePath(QStringLiteral("A.csv"))}
                  << QDir(dir.path()).absoluteFilePath(QStringLiteral("b.csv")));
-    QCOMPARE(FileUtilities::getFilesOfTypes(dir.path(), {QStringLiteral("csv"), QStringLiteral("txt")},
-                                            false, false)
+    QCOMPARE(FileUtilities::getFilesOfTypes(
+                 dir.path(), {QStringLiteral("csv"), QStringLiteral("txt")}, false, false)
                  .size(),
              3);
     QVERIFY(FileUtilities::getFilesOfType(dir.filePath(QStringLiteral("none")),
@@ -130,8 +135,9 @@ void FileUtilitiesTest::filesOfTypeWithEmptyTypeListsEverything()
     touch(dir.filePath(QStringLiteral("b")));
     QDir().mkpath(dir.filePath(QStringLiteral("sub")));
     const QStringList all = FileUtilities::getFilesOfType(dir.path(), QString(), false, false);
-    QCOMPARE(all, (QStringList{QStringLiteral("."), QStringLiteral(".."), QStringLiteral("a.csv"),
-                               QStringLiteral("b"), QStringLiteral("sub")}));
+    QCOMPARE(all,
+             (QStringList {QStringLiteral("."), QStringLiteral(".."), QStringLiteral("a.csv"),
+                           QStringLiteral("b"), QStringLiteral("sub")}));
 }
 
 void FileUtilitiesTest::filesOfTypeRecursesWithRelativeNames()
@@ -143,11 +149,13 @@ void FileUtilitiesTest::filesOfTypeRecursesWithRelativeNames()
     touch(dir.filePath(QStringLiteral("sub/other.txt")));
     const QStringList relative =
         FileUtilities::getFilesOfType(dir.path(), QStringLiteral("script"), true, false);
-    QCOMPARE(relative, (QStringList{QStringLiteral("top.script"), QStringLiteral("sub/inner.script"),
-                                    QStringLiteral("sub/deeper/deep.script")}));
+    QCOMPARE(relative,
+             (QStringList {QStringLiteral("top.script"), QStringLiteral("sub/inner.script"),
+                           QStringLiteral("sub/deeper/deep.script")}));
     const QStringList full =
         FileUtilities::getFilesOfType(dir.path(), QStringLiteral("script"), true, true);
-    QCOMPARE(full.last(), QDir(dir.path()).absolutePath() + QStringLiteral("/sub/deeper/deep.script"));
+    QCOMPARE(full.last(),
+             QDir(dir.path()).absolutePath() + QStringLiteral("/sub/deeper/deep.script"));
 }
 
 void FileUtilitiesTest::subfoldersSkipDotFoldersAndEndInSlash()
@@ -158,11 +166,11 @@ void FileUtilitiesTest::subfoldersSkipDotFoldersAndEndInSlash()
     QDir().mkpath(dir.filePath(QStringLiteral(".hidden")));
     touch(dir.filePath(QStringLiteral("file.txt")));
     QCOMPARE(FileUtilities::GetSubfolders(dir.path(), false, false),
-             (QStringList{QStringLiteral("a/"), QStringLiteral("b/")}));
+             (QStringList {QStringLiteral("a/"), QStringLiteral("b/")}));
     const QString root = FileUtilities::FolderSlash(dir.path());
     QCOMPARE(FileUtilities::GetSubfolders(dir.path(), true, true),
-             (QStringList{root + QStringLiteral("a/"), root + QStringLiteral("b/"),
-                          root + QStringLiteral("b/inner/")}));
+             (QStringList {root + QStringLiteral("a/"), root + QStringLiteral("b/"),
+                           root + QStringLiteral("b/inner/")}));
 }
 
 void FileUtilitiesTest::writeAtomicallyReplacesOrLeavesTheOldFile()
@@ -174,7 +182,7 @@ void FileUtilitiesTest::writeAtomicallyReplacesOrLeavesTheOldFile()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("second"));
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"Settings.xml"});
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"Settings.xml"});
 
     // A target that can't be replaced (a folder stands there) fails and stays as it was.
     const QString folder = dir.filePath(QStringLiteral("taken"));

@@ -123,7 +123,7 @@ void ModelTest::saveWithANewTitleRenamesTheFile()
     model.commitScript(true);
     QVERIFY(!QFile::exists(scripts() + QStringLiteral("Old.script")));
     QVERIFY(QFile::exists(scripts() + QStringLiteral("New.script")));
-    QCOMPARE(model.scriptTitles(), QStringList{QStringLiteral("New")});
+    QCOMPARE(model.scriptTitles(), QStringList {QStringLiteral("New")});
     QCOMPARE(model.currentScriptTitle(), QStringLiteral("New"));
     QCOMPARE(model.currentScript()->stages().size(), 2);
 }
@@ -159,7 +159,7 @@ void ModelTest::removeSelectsAnotherScript()
     QVERIFY(model.currentScriptTitle().isEmpty());
     QCOMPARE(model.scriptTitles().size(), 2); // not refreshed yet
     model.removeCurrentScript(true);          // nothing left to delete under an empty title
-    QCOMPARE(model.scriptTitles(), QStringList{QStringLiteral("Two")});
+    QCOMPARE(model.scriptTitles(), QStringList {QStringLiteral("Two")});
     QCOMPARE(model.currentScriptTitle(), QStringLiteral("Two"));
 }
 
@@ -168,12 +168,18 @@ void ModelTest::isTitleFree_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("own");
     QTest::addColumn<bool>("free");
-    QTest::newRow("new title") << "Gamma" << "" << true;
-    QTest::newRow("taken, other case") << "alpha" << "" << false;
-    QTest::newRow("taken, blanks around") << "  Beta " << "" << false;
-    QTest::newRow("own title passes") << "ALPHA" << "alpha" << true;
-    QTest::newRow("own does not free another") << "Beta" << "Alpha" << false;
-    QTest::newRow("empty") << "   " << "" << false;
+    QTest::newRow("new title") << "Gamma"
+                               << "" << true;
+    QTest::newRow("taken, other case") << "alpha"
+                                       << "" << false;
+    QTest::newRow("taken, blanks around") << "  Beta "
+                                          << "" << false;
+    QTest::newRow("own title passes") << "ALPHA"
+                                      << "alpha" << true;
+    QTest::newRow("own does not free another") << "Beta"
+                                               << "Alpha" << false;
+    QTest::newRow("empty") << "   "
+                           << "" << false;
 }
 
 void ModelTest::isTitleFree()

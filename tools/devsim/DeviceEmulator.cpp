@@ -40,7 +40,7 @@ DeviceEmulator::DeviceEmulator(PseudoTerminal *terminal, const EmulatorOptions &
 
     // Each read is decoded by itself, as the program does it.
     connect(terminal, &PseudoTerminal::received, this,
-            [this](const QByteArray &bytes) { m_splitter.parse(QString::fromUtf8(bytes)); });
+            [this](const QByteArray &bytes) { m_splitter.parse(decode(bytes)); });
     connect(&m_splitter, &TarveloMessage::messageReceived, this, &DeviceEmulator::handleCommand);
     connect(&m_writer, &ReportWriter::linkDropped, this, [this] {
         m_log.note(QStringLiteral("link dropped"));
