@@ -5,6 +5,9 @@
 
 #include <QObject>
 #include <QStringList>
+#include <QTextDecoder>
+
+#include <memory>
 
 // A box that the test speaks for itself, on a real pseudo-terminal: it answers the greeting
 // with a chosen text and otherwise only records the commands; the test sends what it likes.
@@ -29,6 +32,7 @@ signals:
 
 private:
     PseudoTerminal m_terminal;
+    std::unique_ptr<QTextDecoder> m_decoder;
     TarveloMessage m_splitter;
     QString m_greetingAnswer;
     QStringList m_commands;

@@ -6,6 +6,8 @@
 #include "data/TarveloScript.h"
 #include "device/DeviceProtocol.h"
 
+#include <QTextCodec>
+
 using namespace DeviceProtocol;
 
 namespace {
@@ -25,6 +27,7 @@ DeviceEmulator::DeviceEmulator(PseudoTerminal *terminal, const EmulatorOptions &
                                QObject *parent)
     : QObject(parent)
     , m_options(options)
+    , m_decoder(QTextCodec::codecForName("UTF-8")->makeDecoder())
     , m_writer(terminal, options.faults, ~options.seed)
     , m_player(new ScriptPlayer(options.seed, options.rates, options.speed, this))
     , m_serialNumber(options.serialNumber)
@@ -38,9 +41,9 @@ DeviceEmulator::DeviceEmulator(PseudoTerminal *terminal, const EmulatorOptions &
     m_clock.start();
     m_statusTimer.setInterval(qMax(FastestStatePeriodMs, scaled(StatePeriodMs)));
 
-    // Each read is decoded by itself, as the program does it.
+    // The box reads bytes: a character cut across two writes of a long frame joins up again.
     connect(terminal, &PseudoTerminal::received, this,
-            [this](const QByteArray &bytes) { m_splitter.parse(decode(bytes)); });
+            [this](const QByteArray &bytes) { m_splitter.parse(m_decoder->toUnicode(bytes)); });
     connect(&m_splitter, &TarveloMessage::messageReceived, this, &DeviceEmulator::handleCommand);
     connect(&m_writer, &ReportWriter::linkDropped, this, [this] {
         m_log.note(QStringLiteral("link dropped"));

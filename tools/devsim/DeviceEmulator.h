@@ -9,8 +9,11 @@
 #include <QMap>
 #include <QObject>
 #include <QSharedPointer>
+#include <QTextDecoder>
 #include <QTimer>
 #include <QVector>
+
+#include <memory>
 
 class PseudoTerminal;
 class ScriptPlayer;
@@ -57,6 +60,7 @@ private:
     int scaled(int ms) const;
 
     EmulatorOptions m_options;
+    std::unique_ptr<QTextDecoder> m_decoder;
     TarveloMessage m_splitter;
     ReportWriter m_writer;
     TrafficLog m_log;

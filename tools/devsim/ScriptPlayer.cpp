@@ -10,8 +10,9 @@
 using namespace DeviceProtocol;
 
 namespace {
-// How long the subject's finger stays on a control, in script ms.
-constexpr int PressMs = 150;
+// How long the subject's finger stays on a control, in script ms: longer than the period of
+// the status reports, so that each press shows in at least one.
+constexpr int PressMs = 250;
 } // namespace
 
 ScriptPlayer::ScriptPlayer(quint32 seed, const SimulatedSubject::Rates &rates, double speed,
