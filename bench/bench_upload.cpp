@@ -57,6 +57,7 @@ int main(int argc, char *argv[])
         [&] { return emulator.count(QStringLiteral("stopAddStage")) == Stages; }, 10000);
     out << "upload: " << Stages << " x " << StepsPerStage << " script, " << items << " items, "
         << elapsed << " ms against a floor of " << floor << " ms, ratio " << double(elapsed) / floor
+        << "; against the sleeps alone (" << sleeps << " ms) " << double(elapsed) / sleeps
         << (arrived ? ", all stages arrived" : ", STAGES MISSING") << "\n";
     return arrived ? 0 : 1;
 }
