@@ -28,11 +28,21 @@ void HelpersTest::appVersion_data()
     QTest::addColumn<QString>("version");
     QTest::addColumn<QString>("three");
     QTest::addColumn<QString>("two");
-    QTest::newRow("four parts") << "1.0.6.0" << "1.0.6" << "1.0";
-    QTest::newRow("unset uses the constant") << "" << "1.0.6" << "1.0";
-    QTest::newRow("three parts") << "2.4.1" << "2.4.1" << "2.4";
-    QTest::newRow("two parts untouched") << "3.1" << "3.1" << "3.1";
-    QTest::newRow("five parts untouched") << "1.2.3.4.5" << "1.2.3.4.5" << "1.2.3.4.5";
+    QTest::newRow("four parts") << "1.0.6.0"
+                                << "1.0.6"
+                                << "1.0";
+    QTest::newRow("unset uses the constant") << ""
+                                             << "1.0.6"
+                                             << "1.0";
+    QTest::newRow("three parts") << "2.4.1"
+                                 << "2.4.1"
+                                 << "2.4";
+    QTest::newRow("two parts untouched") << "3.1"
+                                         << "3.1"
+                                         << "3.1";
+    QTest::newRow("five parts untouched") << "1.2.3.4.5"
+                                          << "1.2.3.4.5"
+                                          << "1.2.3.4.5";
 }
 
 void HelpersTest::appVersion()
@@ -48,7 +58,7 @@ void HelpersTest::appVersion()
 void HelpersTest::requiredButtonFollowsTheTable()
 {
     using C = TarveloCommon;
-    const QList<C::Button> expected{
+    const QList<C::Button> expected {
         C::BTN_Green,      C::BTN_White,       C::BTN_Blue,   C::BTN_Red,   C::BTN_Yellow,
         C::BTN_Blue,       C::BTN_Red,         C::BTN_Yellow, C::BTN_White, C::BTN_Green,
         C::BTN_Pedal_Left, C::BTN_Pedal_Right, C::BTN_Left,   C::BTN_Left,  C::BTN_Right,
@@ -58,7 +68,8 @@ void HelpersTest::requiredButtonFollowsTheTable()
     // The keys are registered and readable by value.
     const QMetaEnum stimuli = QMetaEnum::fromType<C::Stimulus>();
     QCOMPARE(stimuli.keyCount(), 18);
-    QCOMPARE(QString::fromLatin1(stimuli.valueToKey(C::AUDIO_Both_Hi)), QStringLiteral("AUDIO_Both_Hi"));
+    QCOMPARE(QString::fromLatin1(stimuli.valueToKey(C::AUDIO_Both_Hi)),
+             QStringLiteral("AUDIO_Both_Hi"));
     QCOMPARE(QMetaEnum::fromType<C::Button>().keyCount(), 10);
 }
 
@@ -83,19 +94,21 @@ void HelpersTest::trimTakesOneCharacterPerRound()
     QCOMPARE(TextHelper::trim(QStringLiteral("\"quoted\""), QChar('"')), QStringLiteral("quoted"));
     QCOMPARE(TextHelper::trim(QStringLiteral("\"\"x\"\"\""), QChar('"')), QStringLiteral("x"));
     // A longer part is still taken off one character at a time while it matches.
-    QCOMPARE(TextHelper::trim(QStringLiteral("ababXab"), QStringLiteral("ab")), QStringLiteral("babXa"));
+    QCOMPARE(TextHelper::trim(QStringLiteral("ababXab"), QStringLiteral("ab")),
+             QStringLiteral("babXa"));
     QCOMPARE(TextHelper::trim(QStringLiteral("Xx"), QChar('x')), QStringLiteral("X"));
 }
 
 void HelpersTest::multisplitKeepsOrderAcrossSeparators()
 {
-    QCOMPARE(TextHelper::multisplit(QStringLiteral("a,b;c,,d"), {QStringLiteral(","), QStringLiteral(";")},
-                                    Qt::SkipEmptyParts),
-             (QStringList{"a", "b", "c", "d"}));
-    QCOMPARE(TextHelper::multisplit(QStringLiteral("a,,b"), {QStringLiteral(",")}, Qt::KeepEmptyParts),
-             (QStringList{"a", "", "b"}));
+    QCOMPARE(TextHelper::multisplit(QStringLiteral("a,b;c,,d"),
+                                    {QStringLiteral(","), QStringLiteral(";")}, Qt::SkipEmptyParts),
+             (QStringList {"a", "b", "c", "d"}));
+    QCOMPARE(
+        TextHelper::multisplit(QStringLiteral("a,,b"), {QStringLiteral(",")}, Qt::KeepEmptyParts),
+        (QStringList {"a", "", "b"}));
     QCOMPARE(TextHelper::multisplit(QStringLiteral("a,b"), {}, Qt::SkipEmptyParts),
-             QStringList{"a,b"});
+             QStringList {"a,b"});
 }
 
 void HelpersTest::connectionHelperDisconnectsOnClearAndDestruction()

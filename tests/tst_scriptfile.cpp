@@ -84,14 +84,19 @@ void ScriptFileTest::exampleWritesBackByteForByte()
     script.setDescription(QStringLiteral("Две ступени"));
     script.setMessage(QStringLiteral("Нажимайте кнопку цвета лампы"));
     auto *first = new ScriptStage;
-    for (const auto &[key, value] : {std::pair{"stop", "5"}, {"s-2", "4"}, {"s-1", "3"},
-                                     {"s-0", "2"}, {"s+1", "1"}, {"s+2", "0"}, {"rpt", "3"}})
+    for (const auto &[key, value] : {std::pair {"stop", "5"},
+                                     {"s-2", "4"},
+                                     {"s-1", "3"},
+                                     {"s-0", "2"},
+                                     {"s+1", "1"},
+                                     {"s+2", "0"},
+                                     {"rpt", "3"}})
         first->setValue(QString::fromLatin1(key), QString::fromLatin1(value));
-    first->steps << new ScriptStep{1000, 2000, 3} << new ScriptStep{700, 1500, 13};
+    first->steps << new ScriptStep {1000, 2000, 3} << new ScriptStep {700, 1500, 13};
     auto *second = new ScriptStage;
     second->sp2 = QStringLiteral("0");
     second->maxRepeats = 1;
-    second->steps << new ScriptStep{1000, 2000, 10};
+    second->steps << new ScriptStep {1000, 2000, 10};
     script.addStage(first);
     script.addStage(second);
 
@@ -142,14 +147,22 @@ void ScriptFileTest::stageLineEdgeCases_data()
     QTest::addColumn<int>("repeats");
     QTest::addColumn<int>("stepCount");
 
-    QTest::newRow("no bracket") << "stop=4;rpt=2;" << "4" << 2 << 0;
-    QTest::newRow("bracket at position 0") << "[s=1,t=5,d=5]stop=4;" << "" << 3 << 0;
-    QTest::newRow("non-numeric rpt") << "stop=1;rpt=many;[s=1]" << "1" << 0 << 1;
-    QTest::newRow("missing rpt keeps three") << "stop=1;[s=1]" << "1" << 3 << 1;
-    QTest::newRow("leading zeros go") << "stop=007;rpt=02;[s=1][s=2]" << "7" << 2 << 2;
-    QTest::newRow("non-numeric stop is empty") << "stop=five;[s=1]" << "" << 3 << 1;
-    QTest::newRow("blanks around the line") << "  stop=3;rpt=1;[s=1,t=1,d=1]  \r" << "3" << 1 << 1;
-    QTest::newRow("key without value") << "stop=;rpt=;[s=1]" << "" << 3 << 1;
+    QTest::newRow("no bracket") << "stop=4;rpt=2;"
+                                << "4" << 2 << 0;
+    QTest::newRow("bracket at position 0") << "[s=1,t=5,d=5]stop=4;"
+                                           << "" << 3 << 0;
+    QTest::newRow("non-numeric rpt") << "stop=1;rpt=many;[s=1]"
+                                     << "1" << 0 << 1;
+    QTest::newRow("missing rpt keeps three") << "stop=1;[s=1]"
+                                             << "1" << 3 << 1;
+    QTest::newRow("leading zeros go") << "stop=007;rpt=02;[s=1][s=2]"
+                                      << "7" << 2 << 2;
+    QTest::newRow("non-numeric stop is empty") << "stop=five;[s=1]"
+                                               << "" << 3 << 1;
+    QTest::newRow("blanks around the line") << "  stop=3;rpt=1;[s=1,t=1,d=1]  \r"
+                                            << "3" << 1 << 1;
+    QTest::newRow("key without value") << "stop=;rpt=;[s=1]"
+                                       << "" << 3 << 1;
 }
 
 void ScriptFileTest::stageLineEdgeCases()
@@ -252,7 +265,7 @@ void ScriptFileTest::saveNeedsAPathAndReplacesAtomically()
     QCOMPARE(readFile(path), script.toText().toUtf8());
     QVERIFY(script.filePath().isEmpty());
     // No temporary file is left beside the target.
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("a.script")});
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList {QStringLiteral("a.script")});
 
     // A folder that doesn't exist can't take the file, and nothing is created.
     QVERIFY(!script.save(dir.filePath(QStringLiteral("missing/a.script"))));
@@ -303,12 +316,18 @@ void ScriptFileTest::validThresholdAcceptsZeroToTen_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("0") << "0" << "0";
-    QTest::newRow("10 with blanks") << " 10 " << "10";
-    QTest::newRow("11") << "11" << "";
-    QTest::newRow("leading zero") << "05" << "";
-    QTest::newRow("negative") << "-1" << "";
-    QTest::newRow("empty") << "" << "";
+    QTest::newRow("0") << "0"
+                       << "0";
+    QTest::newRow("10 with blanks") << " 10 "
+                                    << "10";
+    QTest::newRow("11") << "11"
+                        << "";
+    QTest::newRow("leading zero") << "05"
+                                  << "";
+    QTest::newRow("negative") << "-1"
+                              << "";
+    QTest::newRow("empty") << ""
+                           << "";
 }
 
 void ScriptFileTest::validThresholdAcceptsZeroToTen()

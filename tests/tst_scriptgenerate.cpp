@@ -16,7 +16,7 @@ private slots:
 
 void ScriptGenerateTest::neighboursNeverRepeat()
 {
-    const QList<int> pool{0, 5, 12};
+    const QList<int> pool {0, 5, 12};
     QSet<int> seen;
     for (int run = 0; run < 200; ++run) {
         QScopedPointer<ScriptStage> stage(ScriptStage::generate(30, pool, 2000, 1000, 0, 0));
@@ -38,10 +38,10 @@ void ScriptGenerateTest::jitteredTimesAreWholeHundredsBelowTheUpperBound_data()
     QTest::addColumn<int>("base");
     QTest::addColumn<int>("jitter");
     QTest::addColumn<QList<int>>("possible");
-    QTest::newRow("1000 + 500") << 1000 << 500 << QList<int>{1000, 1100, 1200, 1300, 1400};
-    QTest::newRow("1050 + 100 collapses below the base") << 1050 << 100 << QList<int>{1000};
-    QTest::newRow("1000 + 50 has no width") << 1000 << 50 << QList<int>{1000};
-    QTest::newRow("250 + 200") << 250 << 200 << QList<int>{200, 300};
+    QTest::newRow("1000 + 500") << 1000 << 500 << QList<int> {1000, 1100, 1200, 1300, 1400};
+    QTest::newRow("1050 + 100 collapses below the base") << 1050 << 100 << QList<int> {1000};
+    QTest::newRow("1000 + 50 has no width") << 1000 << 50 << QList<int> {1000};
+    QTest::newRow("250 + 200") << 250 << 200 << QList<int> {200, 300};
 }
 
 void ScriptGenerateTest::jitteredTimesAreWholeHundredsBelowTheUpperBound()

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "TarveloMessage.h"
+#include "foundation/ConnectionHelper.h"
+
+#include <QDate>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <QVector>
+
+class QSerialPort;
+class TarveloScript;
+struct PortCandidate;
+
+// The single owner of the serial link to the box. A timer tries every suitable port at once,
+// greets it, and the first one that answers with the box's own word becomes the live link; the
+// same timer then watches that link and asks for whatever is still unknown. Nothing here talks
+// to the operator: the signals are the whole outcome, and a command without a live link is
+// dropped without a word.
+class TarveloDevice : public QObject
+{
+    Q_OBJECT
+public:
+    // comPort -1 tries every port, a number from 0 up only the port of that number.
+    explicit TarveloDevice(int comPort, QObject *parent = nullptr);
+    ~TarveloDevice() override;
+
+    bool isConnected() const { return m_connected; }
+    QString version() const { return m_version; }
+    QString serialNumber() const { return m_serialNumber; }
+    QString portName() const { return m_portName; }
+    bool audioInvert() const { return m_audioInvert; }
+    bool pedalInvert() const { return m_pedalInvert; }
+    bool flashAll() const { return m_flashAll; }
+    bool soundErrors() const { return m_soundErrors; }
+    int comPort() const { return m_comPort; }
+
+    // Acts at the next search pass; a live link isn't touched.
+    void setComPort(int comPort) { m_comPort = comPort; }
+    void setSearchInterval(int seconds);
+    // Off releases the live port for an outside tool (the firmware flasher); on searches anew.
+    void setSearchEnabled(bool on);
+    void setConnected(bool on);
+
+    // Frames one command and writes it; a null or closed port is left alone.
+    static void sendText(const QString &command, QSerialPort *port, int delayMs = 0);
+    void sendCommand(const QString &command, int delayMs = 0);
+
+    void setStatusReports(bool on);
+    void testLamp(int n);
+    void testStimulus(int n, bool on);
+    // Blocks the calling thread in short paced waits, with an event pass between commands, and
+    // arms "startScript" a second after the last one when start is set.
+    void uploadScript(const TarveloScript *script, int saveSlot = -1, bool start = true);
+
+signals:
+    void onConnected();
+    void onDisconnected();
+    void connectedChanged(bool connected);
+    void gotVersion(const QString &version);
+    void gotSerialNumber(const QString &sn);
+    void gotPortName(const QString &portName);
+    void ledChanged(const QList<bool> &leds);
+    void btnChanged(int btn, bool on);
+    void gotSettings(bool audioInvert, bool pedalsInvert, bool flashAll, bool soundErrors);
+    void loadProgress(int progress);
+    void onMessage(const QString &msg);
+
+protected:
+    // The date that goes into a serial number written to a box without one.
+    virtual QDate currentDate() const;
+
+private slots:
+    void connectionTimerHandler();
+
+private:
+    void watchLink();
+    void searchPorts();
+    void tryCandidate(const PortCandidate &candidate);
+    void handleCandidateReply(QSerialPort *port, TarveloMessage *splitter);
+    void takeLink(QSerialPort *port);
+
+    void handleMessage(const QString &msg);
+    void handleSerialNumber(const QString &msg);
+    void handleSettings(const QString &msg);
+    void handleState(const QString &body);
+    void uploadTick();
+
+    static void logCommand(const QString &command);
+
+    bool m_audioInvert = false;
+    bool m_pedalInvert = false;
+    bool m_flashAll = false;
+    bool m_soundErrors = false;
+    bool m_connected = false;
+    QString m_version;
+    QString m_serialNumber;
+    QString m_portName;
+    int m_comPort = -1;
+    QTimer m_connectionTimer;
+    ConnectionHelper m_connections;
+    ConnectionHelper m_searchConnections;
+    ConnectionHelper m_portConnections;
+    QVector<QSerialPort *> m_searchPorts;
+    TarveloMessage m_message;
+    QSerialPort *m_port = nullptr;
+    bool m_uploading = false;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+// Runs tarvelo-devsim for a test: starts it with a traffic log of its own, reads the path of
+// its pseudo-terminal and reads the log back. The process is killed when the object goes.
+class EmulatorProcess
+{
+public:
+    EmulatorProcess() = default;
+    ~EmulatorProcess();
+    EmulatorProcess(const EmulatorProcess &) = delete;
+    EmulatorProcess &operator=(const EmulatorProcess &) = delete;
+
+    // False if the program didn't start or printed no path in time.
+    bool start(const QStringList &arguments = {});
+    QString path() const { return m_path; }
+    void kill();
+    bool waitForExit(int ms = 10000);
+
+    QStringList log() const;
+    // The commands it received and the reports it sent, in order, without their marks.
+    QStringList commands() const { return linesMarked('<'); }
+    QStringList reports() const { return linesMarked('>'); }
+    int count(const QString &command) const { return commands().count(command); }
+
+private:
+    QStringList linesMarked(char mark) const;
+
+    QTemporaryDir m_dir;
+    QProcess m_process;
+    QString m_path;
+};
+
+// Points the device search at exactly these extra ports.
+void setExtraPorts(const QStringList &paths);
