@@ -129,7 +129,9 @@ void TarveloDevice::uploadScript(const TarveloScript *script, int saveSlot, bool
 {
     // The event passes between commands could start a second upload from the interface; two
     // interleaved uploads would garble both scripts on the box.
-    if (!script || m_uploading) {
+    if (!script)
+        return;
+    if (m_uploading) {
         qDebug() << "Tarvelo upload refused: another upload is under way";
         return;
     }

@@ -4,8 +4,11 @@
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
 
+#include <QFileInfo>
+#include <QProcess>
 #include <QSerialPort>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -32,6 +35,8 @@ private slots:
     void searchOffReleasesThePortAndOnFindsItAgain();
     void watchAsksUntilSerialAndVersionAreKnown();
     void vanishedCandidateIsSkipped();
+    void searchOnWhileSearchingStartsAPassAtOnce();
+    void symlinkedPortIsFoundAndRemovedOnTerm();
 };
 
 void DeviceSearchTest::winsAgainstTheEmulatorAndAsksWhoItIs()
@@ -274,6 +279,40 @@ void DeviceSearchTest::vanishedCandidateIsSkipped()
     TarveloDevice device(-1);
     QTRY_VERIFY_WITH_TIMEOUT(device.isConnected(), WinMs);
     QVERIFY(emulator.path().endsWith(device.portName()));
+}
+
+void DeviceSearchTest::searchOnWhileSearchingStartsAPassAtOnce()
+{
+    FakeBox box {QString()};
+    QVERIFY(box.open());
+    setExtraPorts({box.path()});
+    TarveloDevice device(-1);
+    device.setSearchInterval(60);
+    QTRY_COMPARE_WITH_TIMEOUT(box.commands().size(), 1, WinMs);
+    device.setSearchEnabled(true);
+    // Far sooner than the minute of the interval.
+    QTRY_COMPARE_WITH_TIMEOUT(box.commands().size(), 2, WinMs);
+    QVERIFY(!device.isConnected());
+}
+
+void DeviceSearchTest::symlinkedPortIsFoundAndRemovedOnTerm()
+{
+    QTemporaryDir dir;
+    const QString link = dir.filePath(QStringLiteral("tarvelo-box"));
+    QProcess emulator;
+    emulator.start(QStringLiteral(TARVELO_DEVSIM), {"--link", link});
+    QVERIFY(emulator.waitForReadyRead(WinMs));
+    QVERIFY(QFileInfo(link).isSymLink());
+    setExtraPorts({link});
+    {
+        TarveloDevice device(-1);
+        QTRY_VERIFY_WITH_TIMEOUT(device.isConnected(), WinMs);
+        QCOMPARE(device.portName(), link);
+    }
+    emulator.terminate();
+    QVERIFY(emulator.waitForFinished(WinMs));
+    QCOMPARE(emulator.exitStatus(), QProcess::NormalExit);
+    QVERIFY(!QFileInfo::exists(link) && !QFileInfo(link).isSymLink());
 }
 
 QTEST_GUILESS_MAIN(DeviceSearchTest)

@@ -42,6 +42,7 @@ private slots:
     void progressTicks_data();
     void progressTicks();
     void uploadOverALostLinkStillEndsOnMinusOne();
+    void uploadStartedFromAnEventPassIsRefused();
 };
 
 void UploadTest::sendsTheGoldenSequenceAndStartsASecondLater()
@@ -200,6 +201,18 @@ void UploadTest::uploadOverALostLinkStillEndsOnMinusOne()
     QCOMPARE(spy.count(), 12);
     QCOMPARE(spy.constLast().at(0).toInt(), -1);
     QVERIFY(!device.isConnected());
+}
+
+void UploadTest::uploadStartedFromAnEventPassIsRefused()
+{
+    TarveloScript script;
+    addStages(script, {"rpt=1;[s=1,b=2,t=1,d=1][s=2,b=2,t=1,d=1]"});
+    TarveloDevice device(-1);
+    QSignalSpy spy(&device, &TarveloDevice::loadProgress);
+    // The interface runs during the upload's event passes and could ask for another one.
+    QTimer::singleShot(0, &device, [&] { device.uploadScript(&script); });
+    device.uploadScript(&script);
+    QCOMPARE(progressOf(spy), QList<int>({40, 60, 80}) + ends(9));
 }
 
 QTEST_GUILESS_MAIN(UploadTest)
