@@ -28,7 +28,8 @@ int main(int argc, char *argv[])
     // The hyphen is deliberate: no key matches it, so the system's language decides.
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
 
-    QFontDatabase::addApplicationFont(QStringLiteral(":/resources/Fonts/RobotoCondensed-Regular.ttf"));
+    QFontDatabase::addApplicationFont(
+        QStringLiteral(":/resources/Fonts/RobotoCondensed-Regular.ttf"));
     QFontDatabase::addApplicationFont(QStringLiteral(":/resources/Fonts/RobotoCondensed-Bold.ttf"));
 
     QFile styleSheet(QStringLiteral(":/resources/Tarvelo.css"));

@@ -43,8 +43,8 @@ int drawHundreds(int base, int jitter)
     const int low = base / 100;
     const int high = (base + jitter) / 100;
     // The upper bound is excluded; bounds that meet leave the lower one.
-    const int offset = high > low ? int(QRandomGenerator::system()->bounded(quint32(high - low)))
-                                  : 0;
+    const int offset =
+        high > low ? int(QRandomGenerator::system()->bounded(quint32(high - low))) : 0;
     return (low + offset) * 100;
 }
 } // namespace
@@ -56,10 +56,13 @@ ScriptStage::~ScriptStage()
 
 const QStringList &ScriptStage::keys()
 {
-    static const QStringList list{QStringLiteral("stop"), QStringLiteral("s-2"),
-                                  QStringLiteral("s-1"),  QStringLiteral("s-0"),
-                                  QStringLiteral("s+1"),  QStringLiteral("s+2"),
-                                  RepeatsKey};
+    static const QStringList list {QStringLiteral("stop"),
+                                   QStringLiteral("s-2"),
+                                   QStringLiteral("s-1"),
+                                   QStringLiteral("s-0"),
+                                   QStringLiteral("s+1"),
+                                   QStringLiteral("s+2"),
+                                   RepeatsKey};
     return list;
 }
 
@@ -105,8 +108,8 @@ ScriptStage *ScriptStage::fromText(const QString &line)
     const QString tail = bracket > 0 ? trimmed.mid(bracket) : QString();
 
     auto *stage = new ScriptStage;
-    const QMap<QString, QString> pairs = parseKeyValues(head, QStringLiteral(";"),
-                                                        QStringLiteral("="));
+    const QMap<QString, QString> pairs =
+        parseKeyValues(head, QStringLiteral(";"), QStringLiteral("="));
     for (const QString &key : keys()) {
         if (pairs.contains(key))
             stage->setValue(key, pairs.value(key));
@@ -118,8 +121,8 @@ ScriptStage *ScriptStage::fromText(const QString &line)
             group.remove(0, 1);
         if (group.endsWith(QLatin1Char(']')))
             group.chop(1);
-        const QMap<QString, QString> values = parseKeyValues(group, QStringLiteral(","),
-                                                             QStringLiteral("="));
+        const QMap<QString, QString> values =
+            parseKeyValues(group, QStringLiteral(","), QStringLiteral("="));
         auto *step = new ScriptStep;
         step->stimulus = values.value(QStringLiteral("s"), QStringLiteral("1")).toInt();
         // Values up to 21 and negative ones pass unchanged; files in the field rely on it.
@@ -136,16 +139,17 @@ ScriptStage *ScriptStage::generate(int count, const QList<int> &stimuli, int dur
                                    int durationJitter, int delayJitter)
 {
     auto *stage = new ScriptStage;
-    const QList<int> pool = stimuli.isEmpty() ? QList<int>{0} : stimuli;
+    const QList<int> pool = stimuli.isEmpty() ? QList<int> {0} : stimuli;
     // A pool of one distinct value can't give two different neighbours: such a stage ends at
     // one step instead of drawing for ever.
-    const bool canAlternate = std::any_of(pool.cbegin(), pool.cend(),
-                                          [&pool](int s) { return s != pool.constFirst(); });
+    const bool canAlternate =
+        std::any_of(pool.cbegin(), pool.cend(), [&pool](int s) { return s != pool.constFirst(); });
     const int target = canAlternate ? count : qMin(count, 1);
     while (stage->steps.size() < target) {
         const int stepDelay = drawHundreds(delay, delayJitter);
         const int stepDuration = drawHundreds(duration, durationJitter);
-        const int stimulus = pool.at(int(QRandomGenerator::system()->bounded(quint32(pool.size()))));
+        const int stimulus =
+            pool.at(int(QRandomGenerator::system()->bounded(quint32(pool.size()))));
         if (!stage->steps.isEmpty() && stage->steps.constLast()->stimulus == stimulus)
             continue;
         auto *step = new ScriptStep;

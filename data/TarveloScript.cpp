@@ -43,7 +43,7 @@ QString TarveloScript::headerText() const
 
 QString TarveloScript::toText() const
 {
-    QStringList lines{headerText()};
+    QStringList lines {headerText()};
     for (const ScriptStage *stage : m_stages)
         lines << stage->toText();
     return lines.join(QStringLiteral("\r\n"));
@@ -58,16 +58,17 @@ TarveloScript *TarveloScript::fromText(const QString &text, TarveloScript *scrip
     if (lines.size() < 2)
         return script;
 
-    const QMap<QString, QString> header = parseKeyValues(lines.constFirst(), QStringLiteral(";"),
-                                                         QStringLiteral("="));
+    const QMap<QString, QString> header =
+        parseKeyValues(lines.constFirst(), QStringLiteral(";"), QStringLiteral("="));
     script->m_title = header.value(QStringLiteral("title"));
     script->m_description = header.value(QStringLiteral("description"));
     script->m_message = header.value(QStringLiteral("message"));
-    script->m_toneLo = quint16(header.value(QStringLiteral("toneLo"), QStringLiteral("100")).toInt());
+    script->m_toneLo =
+        quint16(header.value(QStringLiteral("toneLo"), QStringLiteral("100")).toInt());
     script->m_toneHi =
         quint16(header.value(QStringLiteral("toneHi"), QStringLiteral("1000")).toInt());
-    script->m_fullDuration = header.value(QStringLiteral("fullDuration"), QStringLiteral("0"))
-        == QLatin1String("1");
+    script->m_fullDuration =
+        header.value(QStringLiteral("fullDuration"), QStringLiteral("0")) == QLatin1String("1");
     for (int i = 1; i < lines.size(); ++i)
         script->m_stages << ScriptStage::fromText(lines.at(i));
     return script;
