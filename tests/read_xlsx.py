@@ -10,7 +10,10 @@ from openpyxl.utils import column_index_from_string
 
 
 def main(path):
-    workbook = openpyxl.load_workbook(path)
+    # Opened as a stream, the workbook is judged by its contents, not by its file name: the
+    # export keeps whatever name the operator typed.
+    with open(path, "rb") as stream:
+        workbook = openpyxl.load_workbook(stream)
     sheets = []
     for sheet in workbook.worksheets:
         cells = []

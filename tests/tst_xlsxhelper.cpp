@@ -1,13 +1,12 @@
 #include "SessionFixtures.h"
+#include "XlsxReadBack.h"
 #include "foundation/XLSXHelper.h"
 #include "session/SessionExport.h"
 #include "session/SessionReport.h"
 
 #include <QDir>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -26,18 +25,6 @@ TarveloSession *smallSession()
     session->addStage(stage(3, 10, QStringLiteral("+2"),
                             {step(3, 3, true, 400, 1000), step(9, 1, true, 600, 1000)}));
     return session;
-}
-
-// The workbook as an independent reader sees it.
-QJsonObject readBack(const QString &path)
-{
-    QProcess reader;
-    reader.start(QStringLiteral(TARVELO_PYTHON3), {QStringLiteral(TARVELO_READ_XLSX), path});
-    if (!reader.waitForFinished(60000) || reader.exitCode() != 0) {
-        qWarning() << reader.readAllStandardError();
-        return {};
-    }
-    return QJsonDocument::fromJson(reader.readAllStandardOutput()).object();
 }
 
 // Every non-empty cell of the table, as the reader reports it: [row, column, type, value].
@@ -148,7 +135,7 @@ void XLSXHelperTest::sessionWorkbookReadsBackCellByCell()
     QVERIFY(SessionExport::writeTable(SessionExport::Format::Xlsx, table, path,
                                       SessionExport::sheetName(*session)));
 
-    const QJsonObject workbook = readBack(path);
+    const QJsonObject workbook = readXlsxBack(path);
     QVERIFY(!workbook.isEmpty());
     QCOMPARE(workbook["active"].toString(), QStringLiteral("2024-03-05 14.20"));
     const QJsonArray sheets = workbook["sheets"].toArray();
@@ -185,7 +172,7 @@ void XLSXHelperTest::workbookWithSeveralSheetsActivatesTheFirst()
     const XLSXHelper::Rows second {{QVariant(), -1}};
     QVERIFY(XLSXHelper::dataToXLSX(
         {{QStringLiteral("Первый"), first}, {QStringLiteral("Second"), second}}, path));
-    const QJsonObject workbook = readBack(path);
+    const QJsonObject workbook = readXlsxBack(path);
     QVERIFY(!workbook.isEmpty());
     QCOMPARE(workbook["active"].toString(), QStringLiteral("Первый"));
     const QJsonArray sheets = workbook["sheets"].toArray();
@@ -206,7 +193,7 @@ void XLSXHelperTest::columnsAreSizedToTheirLongestText()
     const QString longText = QStringLiteral("Значение реакции и ещё немного");
     QVERIFY(XLSXHelper::dataToXLSX({{QStringLiteral("a"), longText}, {1, 2}, {1.0 / 3}}, path,
                                    QStringLiteral("w")));
-    const QJsonObject workbook = readBack(path);
+    const QJsonObject workbook = readXlsxBack(path);
     QVERIFY(!workbook.isEmpty());
     const QJsonObject widths = workbook["sheets"].toArray()[0].toObject()["widths"].toObject();
     // Short contents keep at least Excel's standard width; a long text gets room for itself.
@@ -270,9 +257,9 @@ void XLSXHelperTest::exportingTwiceGivesTheSameTable()
     QVERIFY(SessionExport::writeTable(SessionExport::Format::Xlsx, report.exportTable(), second,
                                       QStringLiteral("s")));
     QCOMPARE(report.exportTable(), before);
-    const QJsonObject firstBook = readBack(first);
+    const QJsonObject firstBook = readXlsxBack(first);
     QVERIFY(!firstBook.isEmpty());
-    QCOMPARE(firstBook, readBack(second));
+    QCOMPARE(firstBook, readXlsxBack(second));
 }
 
 QTEST_GUILESS_MAIN(XLSXHelperTest)

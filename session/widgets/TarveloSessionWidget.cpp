@@ -108,25 +108,32 @@ void TarveloSessionWidget::updateReport()
 QString TarveloSessionWidget::chooseExportFile(const QString &path, const QStringList &filters,
                                                QString *selectedFilter)
 {
-    return QFileDialog::getSaveFileName(this, tr("Export"), path,
+    return QFileDialog::getSaveFileName(this, tr("Экспорт"), path,
                                         filters.join(QStringLiteral(";;")), selectedFilter);
 }
 
 void TarveloSessionWidget::exportSession()
 {
-    if (!m_session)
+    // The button shows only for an ended session; a running one has no table of its own yet.
+    if (!m_session || !(m_session->finished() || m_session->loaded()))
         return;
+    // The dialog runs an event loop in which the box may start the next session and replace
+    // what this view shows; the file is made of what was on show when the operator asked. The
+    // PDF prints the report as shown, not rebuilt.
+    const TarveloSession *session = m_session;
+    const XLSXHelper::Rows table = m_exportTable;
+    const QString reportHtml = m_reportLabel->text();
+    const QString subject = currentSubjectName();
     TarveloModel *model = TarveloModel::instance();
     TarveloSettings *settings = model ? model->settings() : nullptr;
-    const QString subject = currentSubjectName();
 
     QString folder = settings ? settings->getLastExportFolder() : QString();
     if (folder.isEmpty() || !QDir(folder).exists())
         folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    QString filter = SessionExport::chosenFilter(settings ? settings->getLastExportFilter()
-                                                          : QString());
+    QString filter =
+        SessionExport::chosenFilter(settings ? settings->getLastExportFilter() : QString());
     const QString filePath = chooseExportFile(
-        FileUtilities::FolderSlash(folder) + SessionExport::defaultFileName(*m_session, subject),
+        FileUtilities::FolderSlash(folder) + SessionExport::defaultFileName(*session, subject),
         SessionExport::filters(), &filter);
     if (filePath.isEmpty())
         return;
@@ -140,12 +147,12 @@ void TarveloSessionWidget::exportSession()
     const SessionExport::Format format = SessionExport::formatForFilter(filter);
     bool written = true;
     if (format == SessionExport::Format::Pdf)
-        printPdf(filePath);
+        printPdf(filePath, SessionExport::pdfHtml(*session, reportHtml, subject));
     else
-        written = SessionExport::writeTable(format, m_exportTable, filePath,
-                                            SessionExport::sheetName(*m_session));
+        written =
+            SessionExport::writeTable(format, table, filePath, SessionExport::sheetName(*session));
     if (!written) {
-        AppHelper::warningMessage(tr("Error saving") + QStringLiteral(" \"") + filePath
+        AppHelper::warningMessage(tr("Ошибка сохранения") + QStringLiteral(" \"") + filePath
                                       + QLatin1Char('"'),
                                   QString(), QMessageBox::Warning);
         return;
@@ -163,12 +170,12 @@ void TarveloSessionWidget::exportSession()
     }
 }
 
-void TarveloSessionWidget::printPdf(const QString &filePath) const
+// A4 at screen resolution, default margins and fonts. A printer that can't write its file
+// only warns on the console: the export goes on as if it had succeeded.
+void TarveloSessionWidget::printPdf(const QString &filePath, const QString &html)
 {
-    // The report as it stands on the screen, not rebuilt, with the headings in front.
     QTextDocument document;
-    document.setHtml(
-        SessionExport::pdfHtml(*m_session, m_reportLabel->text(), currentSubjectName()));
+    document.setHtml(html);
     QPrinter printer(QPrinter::ScreenResolution);
     printer.setPageSize(QPageSize(QPageSize::A4));
     printer.setOutputFormat(QPrinter::PdfFormat);

@@ -44,7 +44,7 @@ protected:
 
 private:
     void onSessionUpdated();
-    void printPdf(const QString &filePath) const;
+    static void printPdf(const QString &filePath, const QString &html);
 
     TarveloModel *m_model;
     QLabel *m_reportLabel = nullptr;
