@@ -33,8 +33,9 @@ const QStringList LongScript {
     "rpt=0;[s=0,t=1000,d=500][s=16,t=900,d=300][s=4,t=1000,d=500][s=6,t=1000,d=500]",
     "rpt=0;[s=7,t=1000,d=500][s=9,t=900,d=300][s=11,t=1000,d=500][s=12,t=1000,d=500]",
 };
-const QStringList Subject {"--speed", "20",     "--seed", "5",      "--wrong",
-                           "0.25",    "--late", "0.2",    "--miss", "0.2"};
+// A fast subject with a fixed seed who errs often enough to fill every column.
+const QStringList Subject =
+    QStringLiteral("--speed 20 --seed 5 --wrong 0.25 --late 0.2 --miss 0.2").split(' ');
 
 // One stage run as the emulator's log tells it, with the counts worked out from the raw report
 // values: a negative time is missed, a time above the allowed one late, another control than
