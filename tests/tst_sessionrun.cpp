@@ -214,6 +214,14 @@ void SessionRunTest::playedScriptIsStoredAsTheBoxReportedIt()
     const QList<LoggedStage> logged = loggedStages(m_emulator->reports());
     QCOMPARE(logged.at(0).action, Action::Repeat);
     QCOMPARE(logged.at(1).action, Action::MaxRepeats);
+    // The seed makes a run with every kind of reaction, so each counter was put to the test.
+    int late = 0, error = 0, missed = 0;
+    for (const LoggedStage &stage : logged) {
+        late += stage.late;
+        error += stage.error;
+        missed += stage.missed;
+    }
+    QVERIFY(late > 0 && error > 0 && missed > 0);
 
     // Read back by the program's reader, the stages get the same judgement as live.
     std::unique_ptr<TarveloSession> loaded(TarveloSession::load(m_subjectFolder + name));
