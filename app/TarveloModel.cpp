@@ -4,6 +4,7 @@
 #include "data/TarveloSession.h"
 #include "data/TarveloSettings.h"
 #include "data/TarveloUser.h"
+#include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
 #include "foundation/FileUtilities.h"
 
@@ -34,11 +35,12 @@ TarveloModel::TarveloModel(QObject *parent)
     m_settings->reload();
 
     m_device = new TarveloDevice(m_settings->getAutoSearch() ? -1 : m_settings->getComPort(), this);
-    connect(m_settings, &TarveloSettings::changedAutoSearch, this, &TarveloModel::followPortSetting);
+    connect(m_settings, &TarveloSettings::changedAutoSearch, this,
+            &TarveloModel::followPortSetting);
     connect(m_settings, &TarveloSettings::changedComPort, this, &TarveloModel::followPortSetting);
-    connect(m_settings, &TarveloSettings::changedDeviceSearchTimeout, m_device,
-            &TarveloDevice::setSearchInterval);
-    m_device->setSearchInterval(m_settings->getDeviceSearchTimeout());
+    connect(m_settings, &TarveloSettings::changedDeviceSearchTimeout, this,
+            &TarveloModel::followSearchInterval);
+    followSearchInterval();
     m_connections << connect(m_device, &TarveloDevice::onMessage, this,
                              &TarveloModel::handleDeviceMessage);
 
@@ -51,6 +53,14 @@ TarveloModel::TarveloModel(QObject *parent)
 void TarveloModel::followPortSetting()
 {
     m_device->setComPort(m_settings->getAutoSearch() ? -1 : m_settings->getComPort());
+}
+
+// Kept to the declared limits: a hand-edited 0 would make the search timer spin without pause,
+// and a huge value would overflow the timer's milliseconds.
+void TarveloModel::followSearchInterval()
+{
+    m_device->setSearchInterval(
+        m_settings->getDeviceSearchTimeoutLimits().bounded(m_settings->getDeviceSearchTimeout()));
 }
 
 TarveloModel::~TarveloModel()
@@ -187,8 +197,10 @@ void TarveloModel::reloadUsers()
 void TarveloModel::selectUser(const QString &guid)
 {
     m_currentUser = nullptr;
+    // A subject whose User.xml couldn't be read has an empty GUID; an empty argument means no
+    // subject and must not pick such a one.
     for (TarveloUser *user : qAsConst(m_users)) {
-        if (user->getGUID() == guid) {
+        if (!guid.isEmpty() && user->getGUID() == guid) {
             m_currentUser = user;
             break;
         }
@@ -205,13 +217,8 @@ SessionStage *TarveloModel::lastStage() const
 
 void TarveloModel::handleDeviceMessage(const QString &message)
 {
-    static const QString ScriptStarted = QStringLiteral("scriptStarted=");
-    static const QString ScriptFinished = QStringLiteral("scriptFinished");
-    static const QString StageStarted = QStringLiteral("stageStarted=");
-    static const QString StageAction = QStringLiteral("stageAction=");
-    static const QString StageItems = QStringLiteral("stageItems=");
-    static const QString Reaction = QStringLiteral("r=");
-
+    using namespace DeviceProtocol;
+    // Tested in this order, case-sensitively; the first prefix that fits decides.
     if (message.startsWith(ScriptStarted)) {
         // A session still running is dropped as it is, neither finished nor saved.
         m_session = new TarveloSession;
@@ -244,7 +251,7 @@ void TarveloModel::handleDeviceMessage(const QString &message)
             addSessionStage(0);
         lastStage()->stepCount = message.mid(StageItems.size()).toInt();
         emit sessionUpdated();
-    } else if (message.startsWith(Reaction)) {
+    } else if (message.startsWith(ReactionReport)) {
         if (SessionStage *stage = lastStage()) {
             stage->addStep(SessionStep::fromReport(message));
             emit sessionUpdated();
@@ -282,7 +289,7 @@ void TarveloModel::finishSession()
 void TarveloModel::abortSession()
 {
     qDebug() << "ABORT!";
-    m_device->sendCommand(QStringLiteral("stop"));
+    m_device->sendCommand(DeviceProtocol::Stop);
     if (m_sessionRunning)
         finishSession();
 }

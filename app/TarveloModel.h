@@ -76,6 +76,7 @@ private:
     void addSessionStage(int index);
     SessionStage *lastStage() const;
     void followPortSetting();
+    void followSearchInterval();
 
     QString scriptPath(const QString &title) const;
     QString rememberedScriptTitle() const;

@@ -40,6 +40,7 @@ public:
     // Acts at the next search pass; a live link isn't touched.
     void setComPort(int comPort) { m_comPort = comPort; }
     void setSearchInterval(int seconds);
+    int searchInterval() const { return m_connectionTimer.interval() / 1000; }
     // Off releases the live port for an outside tool (the firmware flasher); on searches anew.
     void setSearchEnabled(bool on);
     void setConnected(bool on);
@@ -54,6 +55,10 @@ public:
     // Blocks the calling thread in short paced waits, with an event pass between commands, and
     // arms "startScript" a second after the last one when start is set.
     void uploadScript(const TarveloScript *script, int saveSlot = -1, bool start = true);
+
+    // Dispatches one whole message of the live link and passes it on through onMessage. Public
+    // so that a recorded stream can be replayed without a port.
+    void handleMessage(const QString &msg);
 
 signals:
     void onConnected();
@@ -82,7 +87,6 @@ private:
     void handleCandidateReply(QSerialPort *port, TarveloMessage *splitter);
     void takeLink(QSerialPort *port);
 
-    void handleMessage(const QString &msg);
     void handleSerialNumber(const QString &msg);
     void handleSettings(const QString &msg);
     void handleState(const QString &body);
