@@ -6,11 +6,14 @@
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
 #include "support/TestDataFolder.h"
+#include "ui/AppStyle.h"
 #include "ui/MainWindow.h"
 
+#include <QApplication>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QtTest>
 
@@ -59,6 +62,7 @@ private slots:
     void statusClickAction();
     void plainClickOnTheStatusBarShowsTheDevicePage();
     void versionHolderStaysInTheTopRightCorner();
+    void everyTabTakesAClickAtTheSmallestSize();
     void startsMaximizedAsTheSettingsSay();
 
 private:
@@ -68,6 +72,8 @@ private:
 void MainWindowTest::initTestCase()
 {
     QVERIFY(m_data.isValid());
+    // The program's own look, since sizes and places depend on it.
+    AppStyle::apply(*qApp);
 }
 
 void MainWindowTest::init()
@@ -307,6 +313,34 @@ void MainWindowTest::versionHolderStaysInTheTopRightCorner()
     }
     // Above everything else, so the tab row never covers it.
     QCOMPARE(window.children().last(), holder);
+}
+
+void MainWindowTest::everyTabTakesAClickAtTheSmallestSize()
+{
+    MainWindow window;
+    window.setWindowState(Qt::WindowNoState);
+    window.resize(800, 600);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTabBar *bar = window.tabs()->tabBar();
+    // Both ends of every tab, the right end of the last one lying under the version overlay.
+    for (int i = bar->count() - 1; i >= 0; --i) {
+        const QRect tab = bar->tabRect(i);
+        for (const QPoint &point : {QPoint(tab.left() + 3, tab.center().y()),
+                                    QPoint(tab.right() - 3, tab.center().y())}) {
+            window.tabs()->setCurrentIndex(i == 0 ? 1 : 0);
+            const QPoint inWindow = bar->mapTo(&window, point);
+            QWidget *target = window.childAt(inWindow);
+            QVERIFY(target);
+            QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier,
+                              target->mapFrom(&window, inWindow));
+            QVERIFY2(window.tabs()->currentIndex() == i,
+                     qPrintable(QStringLiteral("tab %1 at x %2 under %3")
+                                    .arg(i)
+                                    .arg(inWindow.x())
+                                    .arg(target->metaObject()->className())));
+        }
+    }
 }
 
 void MainWindowTest::startsMaximizedAsTheSettingsSay()
