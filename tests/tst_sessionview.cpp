@@ -64,6 +64,7 @@ private slots:
     void initTestCase();
     void init();
     void playNeedsAScriptAndALink();
+    void playComesBackWithTheLink();
     void playUploadsAndTheStopButtonAborts();
     void demoScriptPlaysToItsEnd();
     void lostLinkKeepsTheStopButton();
@@ -151,6 +152,40 @@ void SessionViewTest::playNeedsAScriptAndALink()
     box.close();
     QTRY_VERIFY(!w.model()->device()->isConnected());
     QVERIFY(bothShow(w, Shown::PlayDisabled));
+}
+
+void SessionViewTest::playComesBackWithTheLink()
+{
+    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), trialStages()));
+    // The box is unplugged after its first answers and plugged in again, where it gets a name
+    // of its own: the old port object holds on to the old name.
+    QTemporaryDir linkFolder;
+    const QString link = linkFolder.filePath(QStringLiteral("ttyUSB0"));
+    const QString replugged = linkFolder.filePath(QStringLiteral("ttyUSB1"));
+    EmulatorProcess first;
+    QVERIFY(first.start({"--link", link, "--drop-after", "3"}));
+    setExtraPorts({link, replugged});
+    Window w;
+    // Two seconds leave the greeting, which goes out a second after a port opens, its answer.
+    w.model()->device()->setSearchInterval(2);
+    // What the headers show right after each change of the link.
+    QList<bool> links;
+    QList<bool> playable;
+    connect(w.model()->device(), &TarveloDevice::connectedChanged, this, [&](bool connected) {
+        links << connected;
+        playable << bothShow(w, Shown::Play);
+    });
+    QTRY_COMPARE_WITH_TIMEOUT(links.size(), 2, WinMs);
+    QCOMPARE(links, (QList<bool> {true, false}));
+    QCOMPARE(playable, (QList<bool> {true, false}));
+    QVERIFY(bothShow(w, Shown::PlayDisabled));
+    QVERIFY(first.waitForExit());
+
+    EmulatorProcess second;
+    QVERIFY(second.start({"--link", replugged}));
+    QTRY_COMPARE_WITH_TIMEOUT(links.size(), 3, WinMs);
+    QCOMPARE(playable.last(), true);
+    QVERIFY(bothShow(w, Shown::Play));
 }
 
 void SessionViewTest::playUploadsAndTheStopButtonAborts()
