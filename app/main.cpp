@@ -1,10 +1,9 @@
 #include "foundation/AppHelper.h"
 #include "foundation/LanguageContext.h"
+#include "ui/AppStyle.h"
 #include "ui/MainWindow.h"
 
 #include <QApplication>
-#include <QFile>
-#include <QFontDatabase>
 #include <QPainter>
 #include <QPixmap>
 #include <QSplashScreen>
@@ -28,13 +27,7 @@ int main(int argc, char *argv[])
     // The hyphen is deliberate: no key matches it, so the system's language decides.
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
 
-    QFontDatabase::addApplicationFont(
-        QStringLiteral(":/resources/Fonts/RobotoCondensed-Regular.ttf"));
-    QFontDatabase::addApplicationFont(QStringLiteral(":/resources/Fonts/RobotoCondensed-Bold.ttf"));
-
-    QFile styleSheet(QStringLiteral(":/resources/Tarvelo.css"));
-    if (styleSheet.open(QIODevice::ReadOnly))
-        app.setStyleSheet(QString::fromUtf8(styleSheet.readAll()));
+    AppStyle::apply(app);
 
     MainWindow window;
     splash.finish(&window);

@@ -81,8 +81,10 @@ MainWindow::MainWindow(QWidget *parent)
     holderLayout->setContentsMargins(0, 0, 0, 0);
     auto *versionButton = new QPushButton(tr("New version") + QLatin1Char(' '));
     versionButton->setFlat(true);
-    versionButton->hide(); // shown once a newer version is known
     holderLayout->addWidget(versionButton, 100, Qt::AlignRight);
+    // Shown, button and all, once a newer version is known. Until then it stays out of the
+    // way: even empty it would take the clicks on the end of the last tab at small widths.
+    m_versionHolder->hide();
     placeVersionHolder();
 }
 

@@ -5,9 +5,8 @@
 NStackPanel::NStackPanel(Qt::Orientation orientation, QWidget *parent)
     : QWidget(parent)
     , m_orientation(orientation)
-    , m_layout(new QBoxLayout(orientation == Qt::Vertical ? QBoxLayout::TopToBottom
-                                                          : QBoxLayout::LeftToRight,
-                              this))
+    , m_layout(new QBoxLayout(
+          orientation == Qt::Vertical ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, this))
 {
     m_layout->setContentsMargins(0, 0, 0, 0);
 }
@@ -32,13 +31,19 @@ void NStackPanel::remove(QWidget *widget)
     if (!m_items.removeOne(widget))
         return;
     m_layout->removeWidget(widget);
+    // Out of the layout alone it would stay a child, still drawn at its old place.
+    widget->setParent(nullptr);
     realign();
 }
 
 void NStackPanel::clear()
 {
-    for (QWidget *widget : qAsConst(m_items))
+    for (QWidget *widget : qAsConst(m_items)) {
         m_layout->removeWidget(widget);
+        widget->hide();
+        // Later, so that an item may clear the panel from its own signal.
+        widget->deleteLater();
+    }
     m_items.clear();
 }
 

@@ -15,7 +15,9 @@ public:
 
     void add(QWidget *widget);
     NStackPanel &operator<<(QWidget *widget);
+    // The widget goes back to the caller, unparented; a widget that isn't an item is left alone.
     void remove(QWidget *widget);
+    // The items belong to the panel: they are deleted.
     void clear();
     int count() const { return m_items.size(); }
     QWidget *at(int index) const;

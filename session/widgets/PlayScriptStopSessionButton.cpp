@@ -11,9 +11,9 @@ PlayScriptStopSessionButton::PlayScriptStopSessionButton(TarveloModel *model, QW
     : QStackedWidget(parent)
     , m_model(model)
 {
+    setContentsMargins(0, 0, 0, 0);
     if (!m_model)
         return;
-    setContentsMargins(0, 0, 0, 0);
     static const QIcon playIcon = MediaHelper::icon(QStringLiteral(":/resources/Images/play.svg"));
     static const QIcon stopIcon =
         MediaHelper::icon(QStringLiteral(":/resources/Images/stop-circle.svg"));

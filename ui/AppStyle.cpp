@@ -1,0 +1,17 @@
+#include "AppStyle.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFontDatabase>
+
+void AppStyle::apply(QApplication &app)
+{
+    // Registered rather than expected from the system: the style sheet names this family.
+    QFontDatabase::addApplicationFont(
+        QStringLiteral(":/resources/Fonts/RobotoCondensed-Regular.ttf"));
+    QFontDatabase::addApplicationFont(QStringLiteral(":/resources/Fonts/RobotoCondensed-Bold.ttf"));
+
+    QFile styleSheet(QStringLiteral(":/resources/Tarvelo.css"));
+    if (styleSheet.open(QIODevice::ReadOnly))
+        app.setStyleSheet(QString::fromUtf8(styleSheet.readAll()));
+}
