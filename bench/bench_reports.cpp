@@ -10,14 +10,11 @@
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
 #include "device/TarveloMessage.h"
+#include "support/TestDataFolder.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QRandomGenerator>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
@@ -139,19 +136,10 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-    QTemporaryDir home;
-    qputenv("HOME", QFile::encodeName(home.path()));
+    const TestDataFolder data;
     qunsetenv("TARVELO_EXTRA_PORTS");
-    QStandardPaths::setTestModeEnabled(true);
-    const QString root = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-        + QStringLiteral("/Mirenthalic/Tarvelo/");
-    QDir().mkpath(root);
     // A fixed port that no machine has, so that the search opens nothing meanwhile.
-    QFile settings(root + QStringLiteral("Settings.xml"));
-    if (settings.open(QIODevice::WriteOnly))
-        settings.write("<TarveloSettings><AutoSearch>false</AutoSearch><ComPort>99</ComPort>"
-                       "</TarveloSettings>");
-    settings.close();
+    data.writeSettings("<AutoSearch>false</AutoSearch><ComPort>99</ComPort>");
     TarveloModel model;
 
     measure("typical run, 400 stages of 30 steps", recordedRun(400, 30), model);

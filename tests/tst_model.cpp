@@ -1,12 +1,11 @@
 #include "app/TarveloModel.h"
 #include "data/TarveloScript.h"
 #include "data/TarveloSettings.h"
+#include "support/TestDataFolder.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class ModelTest : public QObject
@@ -29,30 +28,19 @@ private slots:
     void failedSelectionForgetsTheTitle();
 
 private:
-    QString scripts() const { return m_root + QStringLiteral("Scripts/"); }
-    QString settingsFile() const { return m_root + QStringLiteral("Settings.xml"); }
-    QByteArray storedSettings() const;
-    void writeSettings(const QByteArray &xml);
     void writeScript(const QString &fileName, const QString &title, int stages = 1);
 
-    QTemporaryDir m_home;
-    QString m_root;
+    TestDataFolder m_data;
 };
 
 void ModelTest::initTestCase()
 {
-    QVERIFY(m_home.isValid());
-    // Documents resolve under HOME; test mode keeps the real user configuration out of it.
-    qputenv("HOME", QFile::encodeName(m_home.path()));
-    QStandardPaths::setTestModeEnabled(true);
-    m_root = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-        + QStringLiteral("/Mirenthalic/Tarvelo/");
-    QVERIFY(m_root.startsWith(m_home.path()));
+    QVERIFY(m_data.isValid());
 }
 
 void ModelTest::init()
 {
-    QDir(m_root).removeRecursively();
+    m_data.clear();
 }
 
 void ModelTest::writeScript(const QString &fileName, const QString &title, int stages)
@@ -61,19 +49,18 @@ void ModelTest::writeScript(const QString &fileName, const QString &title, int s
     script.setTitle(title);
     for (int i = 0; i < stages; ++i)
         script.addStage(ScriptStage::fromText(QStringLiteral("stop=1;rpt=2;[s=1,t=100,d=100]")));
-    QDir().mkpath(QFileInfo(scripts() + fileName).absolutePath());
-    QVERIFY(script.save(scripts() + fileName));
+    QVERIFY(m_data.saveScript(script, fileName));
 }
 
 void ModelTest::firstStartLaysOutTheFolders()
 {
     TarveloModel model;
     QCOMPARE(TarveloModel::instance(), &model);
-    QCOMPARE(model.recordsFolder(), m_root + QStringLiteral("Records/"));
-    QCOMPARE(model.scriptsFolder(), scripts());
+    QCOMPARE(model.recordsFolder(), m_data.records());
+    QCOMPARE(model.scriptsFolder(), m_data.scripts());
     QVERIFY(QFileInfo(model.recordsFolder()).isDir());
     QVERIFY(QFileInfo(model.scriptsFolder()).isDir());
-    QCOMPARE(QDir::currentPath() + QLatin1Char('/'), m_root);
+    QCOMPARE(QDir::currentPath() + QLatin1Char('/'), m_data.root());
     QVERIFY(model.scriptTitles().isEmpty());
     QVERIFY(!model.currentScript());
     QVERIFY(model.currentScriptTitle().isEmpty());
@@ -129,8 +116,8 @@ void ModelTest::saveWithANewTitleRenamesTheFile()
     model.currentScript()->setTitle(QStringLiteral("New"));
     model.currentScript()->addStage(new ScriptStage);
     model.commitScript(true);
-    QVERIFY(!QFile::exists(scripts() + QStringLiteral("Old.script")));
-    QVERIFY(QFile::exists(scripts() + QStringLiteral("New.script")));
+    QVERIFY(!QFile::exists(m_data.scripts() + QStringLiteral("Old.script")));
+    QVERIFY(QFile::exists(m_data.scripts() + QStringLiteral("New.script")));
     QCOMPARE(model.scriptTitles(), QStringList {QStringLiteral("New")});
     QCOMPARE(model.currentScriptTitle(), QStringLiteral("New"));
     QCOMPARE(model.currentScript()->stages().size(), 2);
@@ -147,14 +134,14 @@ void ModelTest::cancelReadsTheFileAgain()
     QVERIFY(model.currentScript() != edited);
     QCOMPARE(model.currentScript()->title(), QStringLiteral("Keep"));
     QCOMPARE(model.currentScript()->stages().size(), 1);
-    QVERIFY(!QFile::exists(scripts() + QStringLiteral("Changed.script")));
+    QVERIFY(!QFile::exists(m_data.scripts() + QStringLiteral("Changed.script")));
     delete edited;
 
     // Nothing to commit without a script.
     model.removeCurrentScript(true);
     QVERIFY(!model.currentScript());
     model.commitScript(true);
-    QVERIFY(QDir(scripts()).entryList(QDir::Files).isEmpty());
+    QVERIFY(QDir(m_data.scripts()).entryList(QDir::Files).isEmpty());
 }
 
 void ModelTest::removeSelectsAnotherScript()
@@ -201,30 +188,16 @@ void ModelTest::isTitleFree()
     QCOMPARE(model.isTitleFree(title, own), free);
 }
 
-QByteArray ModelTest::storedSettings() const
-{
-    QFile file(settingsFile());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void ModelTest::writeSettings(const QByteArray &xml)
-{
-    QVERIFY(QDir().mkpath(m_root));
-    QFile file(settingsFile());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(xml);
-}
-
 void ModelTest::settingsAreLoadedFromTheDataFolder()
 {
-    writeSettings("<TarveloSettings><ComPort>7</ComPort></TarveloSettings>");
+    QVERIFY(m_data.writeSettings("<ComPort>7</ComPort>"));
     TarveloModel model;
     QVERIFY(model.settings());
     QCOMPARE(model.settings()->parent(), &model);
     QCOMPARE(model.settings()->getComPort(), 7);
     // A first start with no script leaves the remembered title empty, as it was: nothing is
     // written back.
-    QCOMPARE(storedSettings(),
+    QCOMPARE(m_data.storedSettings(),
              QByteArray("<TarveloSettings><ComPort>7</ComPort></TarveloSettings>"));
 }
 
@@ -242,7 +215,7 @@ void ModelTest::rememberedTitleIsRestoredAtTheNextStart()
         QCOMPARE(remembered.count(), 1);
         QCOMPARE(remembered.first().at(0).toString(), QStringLiteral("Beta"));
         QCOMPARE(saved.count(), 1); // written at once, not at the end
-        QVERIFY(storedSettings().contains("<LastScriptTitle>Beta</LastScriptTitle>"));
+        QVERIFY(m_data.storedSettings().contains("<LastScriptTitle>Beta</LastScriptTitle>"));
 
         model.selectScript(QStringLiteral("Beta")); // the same again: nothing to remember
         QCOMPARE(remembered.count(), 1);
@@ -256,11 +229,11 @@ void ModelTest::rememberedTitleInAnotherCaseIsNotTaken()
 {
     writeScript(QStringLiteral("Alpha.script"), QStringLiteral("Alpha"));
     writeScript(QStringLiteral("Beta.script"), QStringLiteral("Beta"));
-    writeSettings("<TarveloSettings><LastScriptTitle>beta</LastScriptTitle></TarveloSettings>");
+    QVERIFY(m_data.writeSettings("<LastScriptTitle>beta</LastScriptTitle>"));
     TarveloModel model;
     QCOMPARE(model.currentScriptTitle(), QStringLiteral("Alpha"));
     QCOMPARE(model.settings()->getLastScriptTitle(), QStringLiteral("Alpha"));
-    QVERIFY(storedSettings().contains("<LastScriptTitle>Alpha</LastScriptTitle>"));
+    QVERIFY(m_data.storedSettings().contains("<LastScriptTitle>Alpha</LastScriptTitle>"));
 }
 
 void ModelTest::failedSelectionForgetsTheTitle()
@@ -271,7 +244,7 @@ void ModelTest::failedSelectionForgetsTheTitle()
     model.selectScript(QStringLiteral("Missing"));
     QVERIFY(model.currentScriptTitle().isEmpty());
     QVERIFY(model.settings()->getLastScriptTitle().isEmpty());
-    QVERIFY(storedSettings().contains("<LastScriptTitle></LastScriptTitle>"));
+    QVERIFY(m_data.storedSettings().contains("<LastScriptTitle></LastScriptTitle>"));
 }
 
 QTEST_GUILESS_MAIN(ModelTest)

@@ -1,4 +1,3 @@
-#include "ModelHome.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSettings.h"
 #include "data/TarveloUser.h"
@@ -7,6 +6,7 @@
 #include "device/TarveloDevice.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
+#include "support/TestDataFolder.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -58,10 +58,10 @@ class ModelWiringTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { QVERIFY(m_home.setUp()); }
+    void initTestCase() { QVERIFY(m_data.isValid()); }
     void init()
     {
-        m_home.clear();
+        m_data.clear();
         setExtraPorts({});
     }
 
@@ -79,12 +79,12 @@ private slots:
     void signalsComeInTheirOrder();
 
 private:
-    ModelHome m_home;
+    TestDataFolder m_data;
 };
 
 void ModelWiringTest::portFilterFollowsTheSettings()
 {
-    m_home.writeSettings("<AutoSearch>false</AutoSearch><ComPort>7</ComPort>");
+    m_data.writeSettings("<AutoSearch>false</AutoSearch><ComPort>7</ComPort>");
     TarveloModel model;
     TarveloSettings *settings = model.settings();
     TarveloDevice *device = model.device();
@@ -99,7 +99,7 @@ void ModelWiringTest::portFilterFollowsTheSettings()
     QCOMPARE(device->comPort(), -1);
     settings->setAutoSearch(false);
     QCOMPARE(device->comPort(), 3);
-    QVERIFY(m_home.storedSettings().contains("<ComPort>3</ComPort>"));
+    QVERIFY(m_data.storedSettings().contains("<ComPort>3</ComPort>"));
 }
 
 void ModelWiringTest::fixedPortFromTheSettingsIsTheOnlyOneTried()
@@ -111,7 +111,7 @@ void ModelWiringTest::fixedPortFromTheSettingsIsTheOnlyOneTried()
     const int number = PortCatalog::portNumber(chosen.path());
     QVERIFY(PortCatalog::portNumber(other.path()) != number);
     setExtraPorts({other.path(), chosen.path()});
-    m_home.writeSettings("<AutoSearch>false</AutoSearch><ComPort>" + QByteArray::number(number)
+    m_data.writeSettings("<AutoSearch>false</AutoSearch><ComPort>" + QByteArray::number(number)
                          + "</ComPort>");
 
     TarveloModel model;
@@ -139,7 +139,7 @@ void ModelWiringTest::searchIntervalFollowsTheSettings()
 {
     QFETCH(QByteArray, stored);
     QFETCH(int, seconds);
-    m_home.writeSettings(stored);
+    m_data.writeSettings(stored);
     TarveloModel model;
     QCOMPARE(model.device()->searchInterval(), seconds);
 
@@ -151,23 +151,23 @@ void ModelWiringTest::searchIntervalFollowsTheSettings()
 
 void ModelWiringTest::reloadFindsSubjectFoldersWithAUserFile()
 {
-    const QString a = m_home.addSubject(QStringLiteral("Иванов"), GuidA);
-    m_home.addSubject(QStringLiteral("Петров"), GuidB);
-    QVERIFY(QDir().mkpath(m_home.records() + QStringLiteral("No user file")));
+    const QString a = m_data.addSubject(QStringLiteral("Иванов"), GuidA);
+    m_data.addSubject(QStringLiteral("Петров"), GuidB);
+    QVERIFY(QDir().mkpath(m_data.records() + QStringLiteral("No user file")));
     // A dot folder is skipped even with a good subject file in it.
-    QVERIFY(QDir().mkpath(m_home.records() + QStringLiteral(".hidden")));
+    QVERIFY(QDir().mkpath(m_data.records() + QStringLiteral(".hidden")));
     QVERIFY(QFile::copy(a + QStringLiteral("User.xml"),
-                        m_home.records() + QStringLiteral(".hidden/User.xml")));
+                        m_data.records() + QStringLiteral(".hidden/User.xml")));
     // Unreadable subject files: garbage, and a folder that bears the file's name.
-    QVERIFY(QDir().mkpath(m_home.records() + QStringLiteral("Broken")));
+    QVERIFY(QDir().mkpath(m_data.records() + QStringLiteral("Broken")));
     const QByteArray garbage = QByteArray(1, '\0') + "\xff<TarveloUser><LastName>Сидоров";
-    QFile broken(m_home.records() + QStringLiteral("Broken/User.xml"));
+    QFile broken(m_data.records() + QStringLiteral("Broken/User.xml"));
     QVERIFY(broken.open(QIODevice::WriteOnly));
     broken.write(garbage);
     broken.close();
-    QVERIFY(QDir().mkpath(m_home.records() + QStringLiteral("Odd/User.xml")));
+    QVERIFY(QDir().mkpath(m_data.records() + QStringLiteral("Odd/User.xml")));
     // A session file directly in the folder is no subject.
-    QFile loose(m_home.records() + QStringLiteral("2024.03.05-14.20.31.session"));
+    QFile loose(m_data.records() + QStringLiteral("2024.03.05-14.20.31.session"));
     QVERIFY(loose.open(QIODevice::WriteOnly));
     loose.close();
 
@@ -184,18 +184,18 @@ void ModelWiringTest::reloadFindsSubjectFoldersWithAUserFile()
         names,
         (QStringList {QString(), QString(), QStringLiteral("Иванов"), QStringLiteral("Петров")}));
     // Reading a subject doesn't write it: the broken file stays for a person to look at.
-    QCOMPARE(ModelHome::read(broken.fileName()), garbage);
+    QCOMPARE(TestDataFolder::read(broken.fileName()), garbage);
 }
 
 void ModelWiringTest::reloadMakesNewObjectsAndKeepsTheSelectionUntilSelectedAgain()
 {
-    m_home.addSubject(QStringLiteral("Иванов"), GuidA);
+    m_data.addSubject(QStringLiteral("Иванов"), GuidA);
     TarveloModel model;
     model.selectUser(GuidA);
     TarveloUser *before = model.currentUser();
     QVERIFY(before);
 
-    m_home.addSubject(QStringLiteral("Петров"), GuidB);
+    m_data.addSubject(QStringLiteral("Петров"), GuidB);
     QSignalSpy updated(&model, &TarveloModel::usersUpdated);
     QSignalSpy selected(&model, &TarveloModel::userSelected);
     model.reloadUsers();
@@ -229,9 +229,9 @@ void ModelWiringTest::selectUser()
 {
     QFETCH(QString, guid);
     QFETCH(QString, selected);
-    m_home.addSubject(QStringLiteral("Иванов"), GuidA);
-    m_home.addSubject(QStringLiteral("Иванов"), GuidB); // the same name in another folder
-    m_home.writeSettings("<LastUserGuid>" + GuidB.toUtf8() + "</LastUserGuid>");
+    m_data.addSubject(QStringLiteral("Иванов"), GuidA);
+    m_data.addSubject(QStringLiteral("Иванов"), GuidB); // the same name in another folder
+    m_data.writeSettings("<LastUserGuid>" + GuidB.toUtf8() + "</LastUserGuid>");
     TarveloModel model;
     QCOMPARE(model.currentUser()->getGUID(), GuidB);
 
@@ -241,13 +241,13 @@ void ModelWiringTest::selectUser()
     QCOMPARE(model.currentUser() ? model.currentUser()->getGUID() : QString(), selected);
     QCOMPARE(model.settings()->getLastUserGuid(), selected);
     QVERIFY(
-        m_home.storedSettings().contains("<LastUserGuid>" + selected.toUtf8() + "</LastUserGuid>"));
+        m_data.storedSettings().contains("<LastUserGuid>" + selected.toUtf8() + "</LastUserGuid>"));
 }
 
 void ModelWiringTest::unreadableSubjectIsNeverSelected()
 {
-    QVERIFY(QDir().mkpath(m_home.records() + QStringLiteral("Broken")));
-    QFile broken(m_home.records() + QStringLiteral("Broken/User.xml"));
+    QVERIFY(QDir().mkpath(m_data.records() + QStringLiteral("Broken")));
+    QFile broken(m_data.records() + QStringLiteral("Broken/User.xml"));
     QVERIFY(broken.open(QIODevice::WriteOnly));
     broken.write("not xml");
     broken.close();
@@ -261,13 +261,13 @@ void ModelWiringTest::unreadableSubjectIsNeverSelected()
 
 void ModelWiringTest::rememberedSubjectIsRestoredAtTheNextStart()
 {
-    m_home.addSubject(QStringLiteral("Иванов"), GuidA);
-    m_home.addSubject(QStringLiteral("Петров"), GuidB);
+    m_data.addSubject(QStringLiteral("Иванов"), GuidA);
+    m_data.addSubject(QStringLiteral("Петров"), GuidB);
     {
         TarveloModel model;
         QVERIFY(!model.currentUser());
         model.selectUser(GuidB);
-        QVERIFY(m_home.storedSettings().contains("<LastUserGuid>" + GuidB.toUtf8()));
+        QVERIFY(m_data.storedSettings().contains("<LastUserGuid>" + GuidB.toUtf8()));
     }
     TarveloModel restarted;
     QVERIFY(restarted.currentUser());
@@ -277,18 +277,18 @@ void ModelWiringTest::rememberedSubjectIsRestoredAtTheNextStart()
 
 void ModelWiringTest::deletedSubjectIsForgottenAtStart()
 {
-    const QString folder = m_home.addSubject(QStringLiteral("Иванов"), GuidA);
-    m_home.writeSettings("<LastUserGuid>" + GuidA.toUtf8() + "</LastUserGuid>");
+    const QString folder = m_data.addSubject(QStringLiteral("Иванов"), GuidA);
+    m_data.writeSettings("<LastUserGuid>" + GuidA.toUtf8() + "</LastUserGuid>");
     QVERIFY(QDir(folder).removeRecursively());
     TarveloModel model;
     QVERIFY(!model.currentUser());
     QVERIFY(model.settings()->getLastUserGuid().isEmpty());
-    QVERIFY(m_home.storedSettings().contains("<LastUserGuid></LastUserGuid>"));
+    QVERIFY(m_data.storedSettings().contains("<LastUserGuid></LastUserGuid>"));
 }
 
 void ModelWiringTest::signalsComeInTheirOrder()
 {
-    m_home.addSubject(QStringLiteral("Иванов"), GuidA);
+    m_data.addSubject(QStringLiteral("Иванов"), GuidA);
     TarveloModel model;
     SignalOrder order(model);
 

@@ -1,10 +1,10 @@
-#include "ModelHome.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
+#include "support/TestDataFolder.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -50,7 +50,8 @@ QString describe(const TarveloModel &model)
 QList<int> storedStageSteps(const QString &path)
 {
     QList<int> sizes;
-    const QJsonArray stages = ModelHome::readJson(path).value(QStringLiteral("stages")).toArray();
+    const QJsonArray stages =
+        TestDataFolder::readJson(path).value(QStringLiteral("stages")).toArray();
     for (const QJsonValue &stage : stages)
         sizes << stage.toObject().value(QStringLiteral("steps")).toArray().size();
     return sizes;
@@ -76,10 +77,10 @@ class RunControlTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { QVERIFY(m_home.setUp()); }
+    void initTestCase() { QVERIFY(m_data.isValid()); }
     void init()
     {
-        m_home.clear();
+        m_data.clear();
         setExtraPorts({});
     }
 
@@ -104,7 +105,7 @@ private slots:
     void failedRewriteKeepsTheEarlierFile();
 
 private:
-    ModelHome m_home;
+    TestDataFolder m_data;
 };
 
 void RunControlTest::everyPrefix_data()
@@ -172,7 +173,7 @@ void RunControlTest::reportsBeforeTheFirstSessionAreDropped()
     QCOMPARE(describe(model), QStringLiteral("none"));
     QCOMPARE(updated.count(), 0);
     QCOMPARE(finished.count(), 0);
-    QVERIFY(m_home.allSessionFiles().isEmpty());
+    QVERIFY(m_data.allSessionFiles().isEmpty());
 }
 
 void RunControlTest::reportsBeforeAnyStage()
@@ -213,7 +214,7 @@ void RunControlTest::startOpensASession()
     QFETCH(QString, scriptTitle);
     QFETCH(bool, withSubject);
     QFETCH(QString, title);
-    m_home.addSubject(QStringLiteral(" Иванов "), GuidA);
+    m_data.addSubject(QStringLiteral(" Иванов "), GuidA);
     TarveloModel model;
     if (withSubject)
         model.selectUser(GuidA);
@@ -252,13 +253,13 @@ void RunControlTest::startWhileRunningDropsTheOldSessionUnsaved()
     QVERIFY(!first->finished());
     QVERIFY(!first->end().isValid());
     QCOMPARE(first->stages().size(), 1);
-    QVERIFY(m_home.allSessionFiles().isEmpty());
+    QVERIFY(m_data.allSessionFiles().isEmpty());
     delete first;
 }
 
 void RunControlTest::finishWritesTheSessionAndEndsTheRun()
 {
-    const QString folder = m_home.addSubject(NameA, GuidA);
+    const QString folder = m_data.addSubject(NameA, GuidA);
     TarveloModel model;
     model.selectUser(GuidA);
     play(model,
@@ -272,8 +273,8 @@ void RunControlTest::finishWritesTheSessionAndEndsTheRun()
     QVERIFY(session->end().isValid() && session->end() >= session->start());
 
     const QString name = session->start().toString("yyyy.MM.dd-hh.mm.ss") + ".session";
-    QCOMPARE(m_home.allSessionFiles(), QStringList {NameA + " (" + GuidA + ")/" + name});
-    const QJsonObject stored = ModelHome::readJson(folder + name);
+    QCOMPARE(m_data.allSessionFiles(), QStringList {NameA + " (" + GuidA + ")/" + name});
+    const QJsonObject stored = TestDataFolder::readJson(folder + name);
     QCOMPARE(stored, session->toJson());
     QCOMPARE(stored.value("userName").toString(), NameA);
     QCOMPARE(stored.value("start").toString(), session->start().toString(Qt::ISODate));
@@ -286,10 +287,10 @@ void RunControlTest::reportsAfterTheEndAreKeptAndAFurtherFinishWritesThemUnderTh
     play(model,
          {"scriptStarted=T", "stageStarted=0", "stageItems=1", Reaction, "stageAction=+1",
           "scriptFinished"});
-    const QStringList files = m_home.allSessionFiles();
+    const QStringList files = m_data.allSessionFiles();
     QCOMPARE(files.size(), 1);
-    const QString path = m_home.records() + files.constFirst();
-    const QByteArray firstWrite = ModelHome::read(path);
+    const QString path = m_data.records() + files.constFirst();
+    const QByteArray firstWrite = TestDataFolder::read(path);
     const QDateTime firstEnd = model.session()->end();
 
     QSignalSpy updated(&model, &TarveloModel::sessionUpdated);
@@ -300,16 +301,16 @@ void RunControlTest::reportsAfterTheEndAreKeptAndAFurtherFinishWritesThemUnderTh
     QCOMPARE(updated.count(), 4);
     QCOMPARE(started.count(), 0);
     QCOMPARE(finished.count(), 0);
-    QCOMPARE(ModelHome::read(path), firstWrite);
+    QCOMPARE(TestDataFolder::read(path), firstWrite);
 
     // What the box says after a stop: the session is written again, under the same name.
     model.handleDeviceMessage(QStringLiteral("scriptFinished"));
     QCOMPARE(updated.count(), 5);
     QCOMPARE(finished.count(), 1);
-    QCOMPARE(m_home.allSessionFiles(), files);
+    QCOMPARE(m_data.allSessionFiles(), files);
     QCOMPARE(storedStageSteps(path), (QList<int> {1, 1}));
     QVERIFY(model.session()->end() >= firstEnd);
-    QCOMPARE(ModelHome::readJson(path).value("end").toString(),
+    QCOMPARE(TestDataFolder::readJson(path).value("end").toString(),
              model.session()->end().toString(Qt::ISODate));
 }
 
@@ -340,10 +341,10 @@ void RunControlTest::abortInEachStateSendsStop()
     QCOMPARE(describe(model), QStringLiteral("ended T [0:3::1]"));
     QCOMPARE(updated.count(), 1);
     QCOMPARE(finished.count(), 1);
-    const QStringList files = m_home.allSessionFiles();
+    const QStringList files = m_data.allSessionFiles();
     QCOMPARE(files.size(), 1);
-    const QString path = m_home.records() + files.constFirst();
-    const QByteArray saved = ModelHome::read(path);
+    const QString path = m_data.records() + files.constFirst();
+    const QByteArray saved = TestDataFolder::read(path);
     QCOMPARE(storedStageSteps(path), QList<int> {1});
 
     // Ended: the box is told again, nothing else happens.
@@ -351,12 +352,12 @@ void RunControlTest::abortInEachStateSendsStop()
     QTRY_COMPARE(stops(), 3);
     QCOMPARE(updated.count(), 1);
     QCOMPARE(finished.count(), 1);
-    QCOMPARE(ModelHome::read(path), saved);
+    QCOMPARE(TestDataFolder::read(path), saved);
 
     // The box's answer to the stop arrives on the link and ends the session once more.
     box.send(DeviceProtocol::ScriptFinished);
     QTRY_COMPARE(finished.count(), 2);
-    QCOMPARE(m_home.allSessionFiles(), files);
+    QCOMPARE(m_data.allSessionFiles(), files);
     QCOMPARE(storedStageSteps(path), QList<int> {1});
 }
 
@@ -381,7 +382,7 @@ void RunControlTest::doNotRecord()
     model.handleDeviceMessage(QStringLiteral("scriptFinished"));
     QCOMPARE(finished.count(), 1);
     QCOMPARE(describe(model), QStringLiteral("ended T [0:1::1]"));
-    QCOMPARE(m_home.allSessionFiles().size(), written ? 1 : 0);
+    QCOMPARE(m_data.allSessionFiles().size(), written ? 1 : 0);
 }
 
 void RunControlTest::filePlacement_data()
@@ -410,8 +411,8 @@ void RunControlTest::filePlacement()
     QFETCH(QString, atEnd);
     QFETCH(QString, folder);
     QFETCH(QString, userName);
-    m_home.addSubject(NameA, GuidA);
-    m_home.addSubject(NameB, GuidB);
+    m_data.addSubject(NameA, GuidA);
+    m_data.addSubject(NameB, GuidB);
     TarveloModel model;
     model.selectUser(atStart);
     play(model, {"scriptStarted=T", "stageStarted=0", "stageItems=1", Reaction});
@@ -419,8 +420,8 @@ void RunControlTest::filePlacement()
     model.handleDeviceMessage(QStringLiteral("scriptFinished"));
 
     const QString name = model.session()->fileName();
-    QCOMPARE(m_home.allSessionFiles(), QStringList {folder + name});
-    const QJsonObject stored = ModelHome::readJson(m_home.records() + folder + name);
+    QCOMPARE(m_data.allSessionFiles(), QStringList {folder + name});
+    const QJsonObject stored = TestDataFolder::readJson(m_data.records() + folder + name);
     // Name and GUID are those of the start.
     QCOMPARE(stored.value("userName").toString(), userName);
     QCOMPARE(stored.value("userGUID").toString(), atStart);
@@ -428,12 +429,12 @@ void RunControlTest::filePlacement()
 
 void RunControlTest::vanishedSubjectFolderIsMadeAgain()
 {
-    const QString folder = m_home.addSubject(NameA, GuidA);
+    const QString folder = m_data.addSubject(NameA, GuidA);
     TarveloModel model;
     model.selectUser(GuidA);
     QVERIFY(QDir(folder).removeRecursively());
     play(model, {"scriptStarted=T", "stageStarted=0", "stageItems=1", Reaction, "scriptFinished"});
-    QCOMPARE(ModelHome::sessionFiles(folder), QStringList {model.session()->fileName()});
+    QCOMPARE(TestDataFolder::sessionFiles(folder), QStringList {model.session()->fileName()});
 }
 
 void RunControlTest::reactionReport_data()
@@ -511,16 +512,16 @@ void RunControlTest::reactionReport()
 
 void RunControlTest::folderThatCantBeMadeLosesOnlyThisSave()
 {
-    const QString folder = m_home.addSubject(NameA, GuidA);
+    const QString folder = m_data.addSubject(NameA, GuidA);
     TarveloModel model;
     model.selectUser(GuidA);
     // An earlier run without a subject, and a file standing where the subject's folder was.
     model.selectUser(QString());
     play(model,
          {"scriptStarted=Earlier", "stageStarted=0", "stageItems=1", Reaction, "scriptFinished"});
-    const QStringList earlier = m_home.allSessionFiles();
+    const QStringList earlier = m_data.allSessionFiles();
     QCOMPARE(earlier.size(), 1);
-    const QByteArray earlierBytes = ModelHome::read(m_home.records() + earlier.constFirst());
+    const QByteArray earlierBytes = TestDataFolder::read(m_data.records() + earlier.constFirst());
     model.selectUser(GuidA);
     QVERIFY(QDir(folder).removeRecursively());
     const QString blocker = folder.chopped(1);
@@ -534,9 +535,9 @@ void RunControlTest::folderThatCantBeMadeLosesOnlyThisSave()
          {"scriptStarted=Later", "stageStarted=0", "stageItems=1", Reaction, "scriptFinished"});
     QCOMPARE(finished.count(), 1);
     QCOMPARE(describe(model), QStringLiteral("ended Later [0:1::1]"));
-    QCOMPARE(ModelHome::read(blocker), QByteArray("in the way"));
-    QCOMPARE(m_home.allSessionFiles(), earlier);
-    QCOMPARE(ModelHome::read(m_home.records() + earlier.constFirst()), earlierBytes);
+    QCOMPARE(TestDataFolder::read(blocker), QByteArray("in the way"));
+    QCOMPARE(m_data.allSessionFiles(), earlier);
+    QCOMPARE(TestDataFolder::read(m_data.records() + earlier.constFirst()), earlierBytes);
 }
 
 void RunControlTest::failedRewriteKeepsTheEarlierFile()
@@ -545,8 +546,8 @@ void RunControlTest::failedRewriteKeepsTheEarlierFile()
     play(model,
          {"scriptStarted=T", "stageStarted=0", "stageItems=1", Reaction, "stageAction=+1",
           "scriptFinished"});
-    const QString path = m_home.records() + model.session()->fileName();
-    const QByteArray firstWrite = ModelHome::read(path);
+    const QString path = m_data.records() + model.session()->fileName();
+    const QByteArray firstWrite = TestDataFolder::read(path);
     QVERIFY(!firstWrite.isEmpty());
     play(model, {"stageStarted=1", "stageItems=1", Reaction, "stageAction=+1"});
 
@@ -555,8 +556,8 @@ void RunControlTest::failedRewriteKeepsTheEarlierFile()
     withFileSizeLimit(rlim_t(firstWrite.size()),
                       [&model] { model.handleDeviceMessage(QStringLiteral("scriptFinished")); });
     QCOMPARE(finished.count(), 1);
-    QCOMPARE(ModelHome::read(path), firstWrite);
-    QCOMPARE(QDir(m_home.records()).entryList(QDir::Files | QDir::Hidden),
+    QCOMPARE(TestDataFolder::read(path), firstWrite);
+    QCOMPARE(QDir(m_data.records()).entryList(QDir::Files | QDir::Hidden),
              QStringList {model.session()->fileName()});
 }
 

@@ -7,9 +7,9 @@
 #include "foundation/FileUtilities.h"
 #include "foundation/XLSXHelper.h"
 #include "session/widgets/TarveloSessionWidget.h"
+#include "support/TestDataFolder.h"
 
 #include <QApplication>
-#include <QDirIterator>
 #include <QJsonArray>
 #include <QMessageBox>
 #include <QProcess>
@@ -199,8 +199,7 @@ private:
     void play(const QStringList &messages);
     bool pdfToolsFound() const;
 
-    QTemporaryDir m_home;
-    QString m_documents;
+    TestDataFolder m_data;
     std::unique_ptr<TarveloModel> m_model;
     std::unique_ptr<TarveloSession> m_session;
     std::unique_ptr<QTemporaryDir> m_out;
@@ -211,12 +210,7 @@ private:
 
 void SessionExportTest::initTestCase()
 {
-    QVERIFY(m_home.isValid());
-    // Documents resolve under HOME; test mode keeps the real user configuration out of it.
-    qputenv("HOME", QFile::encodeName(m_home.path()));
-    QStandardPaths::setTestModeEnabled(true);
-    m_documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    QVERIFY(m_documents.startsWith(m_home.path()));
+    QVERIFY(m_data.isValid());
 
     // Every message box is answered at once and remembered; none may block a test.
     m_messageWatch.setInterval(10);
@@ -231,7 +225,7 @@ void SessionExportTest::initTestCase()
 
 void SessionExportTest::init()
 {
-    QDir(m_documents + QStringLiteral("/Mirenthalic")).removeRecursively();
+    m_data.clear();
     m_model = std::make_unique<TarveloModel>();
     m_session.reset(reportSession());
     m_session->setFinished(true);
@@ -305,7 +299,7 @@ void SessionExportTest::defaultNameIsSubjectScriptAndDate()
     view.setSession(m_session.get());
     view.exportSession();
     QCOMPARE(view.dialogs, 1);
-    QCOMPARE(view.offeredPath, m_documents + QLatin1Char('/') + expected);
+    QCOMPARE(view.offeredPath, m_data.documents() + QLatin1Char('/') + expected);
     QCOMPARE(view.offeredFilters, (QStringList {XlsxFilter, CsvFilter, PdfFilter}));
 }
 
@@ -348,7 +342,7 @@ void SessionExportTest::offeredFolderAndFilterFallBack()
     AnsweredSessionWidget view(nullptr);
     view.setSession(m_session.get());
     view.exportSession();
-    const QString folder = remembered == QLatin1String("kept") ? kept : m_documents;
+    const QString folder = remembered == QLatin1String("kept") ? kept : m_data.documents();
     QCOMPARE(view.offeredPath, folder + QStringLiteral("/Проба - 2024-03-05 14.20"));
     QCOMPARE(view.offeredFilter, expectedFilter);
 }
@@ -675,12 +669,10 @@ void SessionExportTest::storedSessionExportsTheTableOfTheLiveOne()
     const XLSXHelper::Rows liveTable = live.exportTable();
     QCOMPARE(liveTable.size(), 3 + 18);
 
-    QDirIterator files(m_model->recordsFolder(), {QStringLiteral("*.session")}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    QVERIFY(files.hasNext());
-    const QString path = files.next();
-    QVERIFY(!files.hasNext());
-    const std::unique_ptr<TarveloSession> stored(TarveloSession::load(path));
+    const QStringList files = m_data.allSessionFiles();
+    QCOMPARE(files.size(), 1);
+    const std::unique_ptr<TarveloSession> stored(
+        TarveloSession::load(m_data.records() + files.constFirst()));
     stored->setLoaded(true);
     AnsweredSessionWidget page(nullptr);
     page.setSession(stored.get());

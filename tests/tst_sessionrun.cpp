@@ -1,10 +1,10 @@
-#include "ModelHome.h"
 #include "app/TarveloModel.h"
 #include "data/KeyValueText.h"
 #include "data/TarveloSession.h"
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
 #include "support/EmulatorProcess.h"
+#include "support/TestDataFolder.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -97,7 +97,7 @@ class SessionRunTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { QVERIFY(m_home.setUp()); }
+    void initTestCase() { QVERIFY(m_data.isValid()); }
     void init();
     void cleanup();
 
@@ -118,7 +118,7 @@ private:
     void compareWithTheLog(const QString &path) { compareWithReports(m_emulator->reports(), path); }
     int countReports(const QString &prefix) const { return count(m_emulator->reports(), prefix); }
 
-    ModelHome m_home;
+    TestDataFolder m_data;
     std::unique_ptr<EmulatorProcess> m_emulator;
     std::unique_ptr<TarveloModel> m_model;
     QString m_subjectFolder;
@@ -126,7 +126,7 @@ private:
 
 void SessionRunTest::init()
 {
-    m_home.clear();
+    m_data.clear();
     m_emulator = std::make_unique<EmulatorProcess>();
 }
 
@@ -142,9 +142,9 @@ void SessionRunTest::startLinked(const QStringList &options, const QStringList &
 {
     QVERIFY(m_emulator->start(options));
     setExtraPorts({m_emulator->path()});
-    m_subjectFolder = m_home.addSubject(NameA, GuidA);
-    m_home.addScript(Title, script);
-    m_home.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
+    m_subjectFolder = m_data.addSubject(NameA, GuidA);
+    m_data.writeScript(Title, script);
+    m_data.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
     m_model = std::make_unique<TarveloModel>();
     QCOMPARE(m_model->device()->searchInterval(), 2);
     QVERIFY(m_model->currentScript());
@@ -157,7 +157,7 @@ void SessionRunTest::compareWithReports(const QStringList &reports, const QStrin
 {
     const QList<LoggedStage> logged = loggedStages(reports);
     QVERIFY(!logged.isEmpty());
-    const QJsonObject stored = ModelHome::readJson(path);
+    const QJsonObject stored = TestDataFolder::readJson(path);
     QCOMPARE(stored.value("scriptTitle").toString(), Title);
     const QJsonArray stages = stored.value("stages").toArray();
     QCOMPARE(stages.size(), logged.size());
@@ -205,10 +205,10 @@ void SessionRunTest::playedScriptIsStoredAsTheBoxReportedIt()
     // The script as written plays 0, its repeat, then 1.
     QCOMPARE(countReports(StageAction), 3);
     const QString name = m_model->session()->fileName();
-    QCOMPARE(m_home.allSessionFiles(),
-             QStringList {QDir(m_home.records()).relativeFilePath(m_subjectFolder + name)});
+    QCOMPARE(m_data.allSessionFiles(),
+             QStringList {QDir(m_data.records()).relativeFilePath(m_subjectFolder + name)});
     compareWithTheLog(m_subjectFolder + name);
-    const QJsonObject stored = ModelHome::readJson(m_subjectFolder + name);
+    const QJsonObject stored = TestDataFolder::readJson(m_subjectFolder + name);
     QCOMPARE(stored.value("userName").toString(), NameA);
     QCOMPARE(stored.value("userGUID").toString(), GuidA);
     const QList<LoggedStage> logged = loggedStages(m_emulator->reports());
@@ -252,7 +252,7 @@ void SessionRunTest::abortInTheMiddleStopsTheBoxAndSavesTheStagesSoFar()
     const QStringList log = m_emulator->log();
     QCOMPARE(log.at(log.indexOf("< stop") + 1), "> " + ScriptFinished);
     QVERIFY(countReports(StageStarted) < 3);
-    QCOMPARE(m_home.allSessionFiles().size(), 1);
+    QCOMPARE(m_data.allSessionFiles().size(), 1);
     compareWithTheLog(path);
 }
 
@@ -299,7 +299,7 @@ void SessionRunTest::doNotRecordKeepsTheRunOffTheDisk()
     upload();
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PlayMs);
     QCOMPARE(m_model->session()->stages().size(), countReports(StageStarted));
-    QVERIFY(m_home.allSessionFiles().isEmpty());
+    QVERIFY(m_data.allSessionFiles().isEmpty());
 }
 
 void SessionRunTest::withoutASubjectTheFileGoesIntoTheRecords()
@@ -312,11 +312,11 @@ void SessionRunTest::withoutASubjectTheFileGoesIntoTheRecords()
     upload();
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PlayMs);
     const QString name = m_model->session()->fileName();
-    QCOMPARE(m_home.allSessionFiles(), QStringList {name});
-    const QJsonObject stored = ModelHome::readJson(m_home.records() + name);
+    QCOMPARE(m_data.allSessionFiles(), QStringList {name});
+    const QJsonObject stored = TestDataFolder::readJson(m_data.records() + name);
     QVERIFY(stored.value("userName").toString().isEmpty());
     QVERIFY(stored.value("userGUID").toString().isEmpty());
-    compareWithTheLog(m_home.records() + name);
+    compareWithTheLog(m_data.records() + name);
 }
 
 QTEST_GUILESS_MAIN(SessionRunTest)

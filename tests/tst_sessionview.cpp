@@ -36,16 +36,6 @@ QStringList trialStages()
     return {stage, stage, stage};
 }
 
-QStringList sessionFiles(const QString &records)
-{
-    QStringList files;
-    QDirIterator it(records, {QStringLiteral("*.session")}, QDir::Files,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext())
-        files << it.next();
-    return files;
-}
-
 // The state of the play/stop stack in one header, as the operator sees it.
 enum class Shown { Play, PlayDisabled, Stop };
 
@@ -222,7 +212,7 @@ void SessionViewTest::playUploadsAndTheStopButtonAborts()
     QTRY_VERIFY(emulator.reports().contains(QStringLiteral("scriptFinished")));
 
     // The aborted run is kept like a finished one.
-    QCOMPARE(sessionFiles(m_data.records()).size(), 1);
+    QCOMPARE(m_data.allSessionFiles().size(), 1);
     QVERIFY(w.view()->reportLabel()->text().contains(Finished));
     QVERIFY(!w.view()->exportButton()->isHidden());
 }
@@ -253,7 +243,7 @@ void SessionViewTest::demoScriptPlaysToItsEnd()
     QVERIFY(!w.view()->exportButton()->isHidden());
     QVERIFY(w.view()->recordCheckBox()->isHidden());
     QVERIFY(!w.view()->exportTable().isEmpty());
-    QCOMPARE(sessionFiles(m_data.records()).size(), 1);
+    QCOMPARE(m_data.allSessionFiles().size(), 1);
     QVERIFY(bothShow(w, Shown::Play));
 }
 
@@ -282,7 +272,7 @@ void SessionViewTest::lostLinkKeepsTheStopButton()
     QVERIFY(!model->sessionRunning());
     QVERIFY(bothShow(w, Shown::PlayDisabled));
     QVERIFY(!w.view()->exportButton()->isHidden());
-    QCOMPARE(sessionFiles(m_data.records()).size(), 1);
+    QCOMPARE(m_data.allSessionFiles().size(), 1);
 }
 
 void SessionViewTest::recordBoxAndExportFollowTheSession()
@@ -329,7 +319,7 @@ void SessionViewTest::recordBoxAndExportFollowTheSession()
     QVERIFY(model->session()->doNotRecord());
     QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
     QTRY_VERIFY(box.commands().contains(QStringLiteral("stop")));
-    QVERIFY(sessionFiles(m_data.records()).isEmpty());
+    QVERIFY(m_data.allSessionFiles().isEmpty());
     QVERIFY(view->reportLabel()->text().contains(Finished));
     QVERIFY(view->reportLabel()->text().contains(QStringLiteral("1/2</td>")));
     QVERIFY(!view->exportButton()->isHidden());
@@ -347,7 +337,7 @@ void SessionViewTest::recordBoxAndExportFollowTheSession()
     QVERIFY(first->doNotRecord());
     box.send(QStringLiteral("scriptFinished"));
     QTRY_VERIFY(!model->sessionRunning());
-    QCOMPARE(sessionFiles(m_data.records()).size(), 1);
+    QCOMPARE(m_data.allSessionFiles().size(), 1);
     delete first;
 }
 

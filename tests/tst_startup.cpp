@@ -1,4 +1,5 @@
 #include "app/TarveloModel.h"
+#include "support/TestDataFolder.h"
 #include "ui/MainWindow.h"
 
 #include <QApplication>
@@ -6,16 +7,13 @@
 #include <QFontDatabase>
 #include <QIcon>
 #include <QPixmap>
-#include <QStandardPaths>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class StartupTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
     void splashLeavesRoomForTheVersion();
     void styleSheetHasEveryRule();
     void fontsRegister();
@@ -24,14 +22,8 @@ private slots:
     void mainWindowOwnsTheModel();
 
 private:
-    QTemporaryDir m_home;
+    TestDataFolder m_data;
 };
-
-void StartupTest::initTestCase()
-{
-    qputenv("HOME", QFile::encodeName(m_home.path()));
-    QStandardPaths::setTestModeEnabled(true);
-}
 
 void StartupTest::splashLeavesRoomForTheVersion()
 {

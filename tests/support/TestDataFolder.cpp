@@ -1,27 +1,46 @@
 #include "TestDataFolder.h"
 
 #include "data/TarveloScript.h"
+#include "data/TarveloUser.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <QStandardPaths>
 
 TestDataFolder::TestDataFolder()
 {
     qputenv("HOME", QFile::encodeName(m_home.path()));
     QStandardPaths::setTestModeEnabled(true);
-    m_root = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-        + QStringLiteral("/Mirenthalic/Tarvelo/");
+    m_documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    m_root = m_documents + QStringLiteral("/Mirenthalic/Tarvelo/");
 }
 
-bool TestDataFolder::writeScript(const QString &title, const QStringList &stages) const
+bool TestDataFolder::isValid() const
+{
+    return m_home.isValid() && m_root.startsWith(m_home.path());
+}
+
+void TestDataFolder::clear() const
+{
+    QDir(m_root).removeRecursively();
+}
+
+bool TestDataFolder::writeScript(const QString &title, const QStringList &stageLines) const
 {
     TarveloScript script;
     script.setTitle(title);
-    for (const QString &stage : stages)
-        script.addStage(ScriptStage::fromText(stage));
-    return QDir().mkpath(scripts()) && script.save(scripts() + title + QStringLiteral(".script"));
+    for (const QString &line : stageLines)
+        script.addStage(ScriptStage::fromText(line));
+    return saveScript(script, title + QStringLiteral(".script"));
+}
+
+bool TestDataFolder::saveScript(const TarveloScript &script, const QString &fileName) const
+{
+    const QString path = scripts() + fileName;
+    return QDir().mkpath(QFileInfo(path).absolutePath()) && script.save(path);
 }
 
 bool TestDataFolder::copyScript(const QString &path) const
@@ -29,7 +48,46 @@ bool TestDataFolder::copyScript(const QString &path) const
     return QDir().mkpath(scripts()) && QFile::copy(path, scripts() + QFileInfo(path).fileName());
 }
 
-void TestDataFolder::clear() const
+QString TestDataFolder::addSubject(const QString &lastName, const QString &guid) const
 {
-    QDir(m_root).removeRecursively();
+    TarveloUser user;
+    user.setLastName(lastName);
+    user.setGUID(guid);
+    user.saveIn(records());
+    return records() + user.fullName(true) + QLatin1Char('/');
+}
+
+bool TestDataFolder::writeSettings(const QByteArray &elements) const
+{
+    QFile file(settingsFile());
+    return QDir().mkpath(m_root) && file.open(QIODevice::WriteOnly)
+        && file.write("<TarveloSettings>" + elements + "</TarveloSettings>") >= 0;
+}
+
+QStringList TestDataFolder::sessionFiles(const QString &folder)
+{
+    return QDir(folder).entryList({QStringLiteral("*.session")}, QDir::Files, QDir::Name);
+}
+
+QStringList TestDataFolder::allSessionFiles() const
+{
+    QStringList found;
+    const QDir base(records());
+    QDirIterator it(records(), {QStringLiteral("*.session")}, QDir::Files,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext())
+        found << base.relativeFilePath(it.next());
+    found.sort();
+    return found;
+}
+
+QByteArray TestDataFolder::read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QJsonObject TestDataFolder::readJson(const QString &path)
+{
+    return QJsonDocument::fromJson(read(path)).object();
 }
