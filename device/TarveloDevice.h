@@ -55,6 +55,11 @@ public:
     // arms "startScript" a second after the last one when start is set.
     void uploadScript(const TarveloScript *script, int saveSlot = -1, bool start = true);
 
+    // One read of the live link: decoded by itself, split into messages, and each message
+    // dispatched as soon as it is whole. The live port's readyRead is the caller; public so
+    // that a test or a fuzzer can speak for the box without a serial port.
+    void receive(const QByteArray &bytes);
+
 signals:
     void onConnected();
     void onDisconnected();
