@@ -30,6 +30,8 @@ jobs=$(nproc 2>/dev/null || echo 2)
 cmake --build build-fuzz -j"$jobs" --target "${targets[@]}"
 
 export QT_QPA_PLATFORM=offscreen
+# Session times are local times: a zone with summer time makes its gaps and repeats reachable.
+export TZ=Europe/Berlin
 for target in "${targets[@]}"; do
     name=${target#fuzz_}
     # Absolute paths: a target may change its working folder (the model does).
