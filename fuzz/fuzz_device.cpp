@@ -5,16 +5,21 @@
 // is 0xff, so that runs end in the middle of a stream as well.
 //
 // One model serves the whole run, as in the program; its data folder lies in a temporary HOME
-// with a subject selected, so that finished sessions are written to the subject's folder.
+// with a subject selected, so that finished sessions are written to the subject's folder. Each
+// input begins with a fresh session, as after "scriptStarted=".
 #include "FuzzSupport.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "data/TarveloSettings.h"
 #include "data/TarveloUser.h"
 #include "device/TarveloDevice.h"
+#include "foundation/FileUtilities.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QScopedPointer>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -47,8 +52,8 @@ void prepareDataFolder(const QString &root)
     settings.setAutoSave(false);
     settings.setFilepath(root + TarveloSettings::fileName());
     settings.setLastUserGuid(user.getGUID());
-    // The search looks only for a port number that no machine has, and is stopped at once:
-    // the fuzzer speaks for the box.
+    // The search looks only for the highest port number and is stopped at once: the fuzzer
+    // speaks for the box.
     settings.setAutoSearch(false);
     settings.setComPort(settings.getComPortLimits().maximum);
     settings.save();
@@ -61,6 +66,22 @@ void releaseReplacedSession()
     shownSession = model->session();
 }
 
+QString indentedJson(const TarveloSession *session)
+{
+    return QString::fromUtf8(QJsonDocument(session->toJson()).toJson());
+}
+
+// What the model wrote at the end of a run reads back as the record that it holds.
+void checkWrittenSession()
+{
+    const TarveloSession *session = model->session();
+    const QString file = FileUtilities::FolderSlash(model->recordsFolder())
+        + model->currentUser()->fullName(true) + QLatin1Char('/') + session->fileName();
+    const QScopedPointer<TarveloSession> read(TarveloSession::load(file));
+    checkEqual(indentedJson(session), indentedJson(read.data()),
+               "a finished session is on disk as recorded");
+}
+
 void checkSession(const TarveloSession *session)
 {
     if (!session)
@@ -69,7 +90,7 @@ void checkSession(const TarveloSession *session)
     for (const SessionStage *stage : stages) {
         for (const SessionStep *step : stage->steps()) {
             check(step->s >= 0 && step->s <= TarveloCommon::StimulusCount,
-                  "a recorded stimulus is a known code or 0");
+                  "a recorded stimulus is 0 to 18");
             check(step->b >= 0 && step->b <= TarveloCommon::NoReportedButton,
                   "a recorded control is a button or 10");
             check(step->b2 == requiredButton(step->s), "the required button comes from s");
@@ -101,11 +122,15 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
         std::abort();
     model->device()->setSearchEnabled(false);
     QObject::connect(model, &TarveloModel::sessionStarted, &releaseReplacedSession);
+    QObject::connect(model, &TarveloModel::sessionFinished, &checkWrittenSession);
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
+    // Every input starts alike, in a run that has just begun: a session kept from the inputs
+    // before would make a finding depend on them, and would grow without end.
+    model->device()->receive(QByteArrayLiteral("{scriptStarted=}"));
     const QByteArray stream = bytes(data, size);
     Cuts cuts(data, size);
     for (int from = 0; from < stream.size();) {
