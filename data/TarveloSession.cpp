@@ -49,13 +49,18 @@ bool TarveloSession::save(const QString &folder) const
 
 TarveloSession *TarveloSession::load(const QString &path, TarveloSession *session)
 {
-    if (!session)
-        session = new TarveloSession;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return session;
+        return session ? session : new TarveloSession;
+    return fromJson(file.readAll(), session);
+}
+
+TarveloSession *TarveloSession::fromJson(const QByteArray &bytes, TarveloSession *session)
+{
+    if (!session)
+        session = new TarveloSession;
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError)
         return session;
     // A document whose top is an array reads as an empty object: header defaults, no stages.

@@ -23,6 +23,8 @@ public:
     // null. An unreadable or broken file leaves the object as it was (a new one is empty, with
     // an invalid start); content problems take defaults.
     static TarveloSession *load(const QString &path, TarveloSession *session = nullptr);
+    // The same from the bytes of a session file.
+    static TarveloSession *fromJson(const QByteArray &bytes, TarveloSession *session = nullptr);
     // Writes "<folder>/<start as yyyy.MM.dd-hh.mm.ss>.session", creating the folder. The file
     // is replaced atomically, so a failed save leaves an earlier file whole.
     bool save(const QString &folder) const;

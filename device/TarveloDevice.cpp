@@ -265,10 +265,15 @@ void TarveloDevice::takeLink(QSerialPort *port)
         port, &QSerialPort::errorOccurred, this, [this] { setConnected(false); },
         Qt::DirectConnection);
     m_portConnections << connect(port, &QSerialPort::readyRead, this,
-                                 [this, port] { m_message.parse(decode(port->readAll())); });
+                                 [this, port] { receive(port->readAll()); });
     sendText(AskSerialNumber, port);
     sendText(AskVersion, port);
     emit gotPortName(m_portName);
+}
+
+void TarveloDevice::receive(const QByteArray &bytes)
+{
+    m_message.parse(decode(bytes));
 }
 
 void TarveloDevice::handleMessage(const QString &msg)

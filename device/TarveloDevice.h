@@ -60,6 +60,11 @@ public:
     // so that a recorded stream can be replayed without a port.
     void handleMessage(const QString &msg);
 
+    // One read of the live link: decoded by itself, split into messages, and each message
+    // dispatched as soon as it is whole. The live port's readyRead is the caller; public so
+    // that a test or a fuzzer can speak for the box without a serial port.
+    void receive(const QByteArray &bytes);
+
 signals:
     void onConnected();
     void onDisconnected();

@@ -1,6 +1,7 @@
 #include "AbstractMetaDescriptor.h"
 
 #include "FileUtilities.h"
+#include "SaturatedInt.h"
 #include "StringMap.h"
 
 #include <QDebug>
@@ -24,9 +25,15 @@ bool isType(const AbstractMetaDescription *description, const char *type)
     return description->type().compare(QLatin1String(type), Qt::CaseInsensitive) == 0;
 }
 
+// A byte-sized number is stored by its value: QVariant::toString would give the character.
+bool isByteNumber(const AbstractMetaDescription *description)
+{
+    return isType(description, "uchar") || isType(description, "char");
+}
+
 QString elementText(const AbstractMetaDescription *description, const QVariant &value)
 {
-    if (isType(description, "uchar") || isType(description, "char"))
+    if (isByteNumber(description))
         return QString::number(value.toInt());
     if (isType(description, "QPoint"))
         return QStringLiteral("%1;%2").arg(value.toPoint().x()).arg(value.toPoint().y());
@@ -89,8 +96,8 @@ QVariant pointOrSize(const AbstractMetaDescription *description, const QString &
     if (isType(description, "QPointF"))
         return QPointF(a, b);
     if (isType(description, "QPoint"))
-        return QPoint(int(a), int(b));
-    return QSize(int(a), int(b));
+        return QPoint(saturatedInt(a), saturatedInt(b));
+    return QSize(saturatedInt(a), saturatedInt(b));
 }
 
 bool isPointOrSize(const AbstractMetaDescription *description)
@@ -289,7 +296,12 @@ bool AbstractMetaDescriptor::load(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         return false;
     // From the bytes, so that a file saved in another encoding is still decoded by its prolog.
-    QXmlStreamReader reader(file.readAll());
+    return loadFromBytes(file.readAll());
+}
+
+bool AbstractMetaDescriptor::loadFromBytes(const QByteArray &xml)
+{
+    QXmlStreamReader reader(xml);
     readProperties(reader, QString(), true);
     return true;
 }
@@ -341,7 +353,13 @@ void AbstractMetaDescriptor::loadValueMap(const QVariantMap &values)
 
 QJsonObject AbstractMetaDescriptor::saveToJson() const
 {
-    return QJsonObject::fromVariantMap(valueMap());
+    QVariantMap values = valueMap();
+    const QList<AbstractMetaDescription *> descriptions = stored();
+    for (const AbstractMetaDescription *description : descriptions) {
+        if (isByteNumber(description))
+            values[description->name()] = description->getValue().toInt();
+    }
+    return QJsonObject::fromVariantMap(values);
 }
 
 bool AbstractMetaDescriptor::saveToJsonFile(const QString &path) const

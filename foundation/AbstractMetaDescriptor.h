@@ -46,6 +46,8 @@ public:
     bool save(const QString &path) const;
     // Always true: what is missing, unknown or unconvertible leaves the property as it was.
     bool loadFromString(const QString &xml);
+    // The bytes of a file, decoded as its prolog says; always true like loadFromString.
+    bool loadFromBytes(const QByteArray &xml);
     // False only when the file can't be read.
     bool load(const QString &path);
     // Reads the stored properties of one object inside a larger document, up to the end of the

@@ -1,5 +1,6 @@
 #include "MetaDescription.h"
 
+#include "SaturatedInt.h"
 #include "TextHelper.h"
 
 #include <QColor>
@@ -252,9 +253,9 @@ bool MetaDescription::setTextValue(const QString &text)
     if (!parsePointOrSize(text, a, b))
         return false;
     if (type == QMetaType::QPoint)
-        return setValue(QPoint(int(a), int(b)));
+        return setValue(QPoint(saturatedInt(a), saturatedInt(b)));
     if (type == QMetaType::QSize)
-        return setValue(QSize(int(a), int(b)));
+        return setValue(QSize(saturatedInt(a), saturatedInt(b)));
     return setValue(QPointF(a, b));
 }
 

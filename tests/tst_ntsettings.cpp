@@ -12,6 +12,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <limits>
 #include <sys/resource.h>
 
 namespace {
@@ -78,6 +79,9 @@ private slots:
     void unreadableValuesLeaveThePropertyAsItWas_data();
     void unreadableValuesLeaveThePropertyAsItWas();
     void pointWithOnePartBecomesZero();
+    void coordinatesBeyondIntStickToItsEnds_data();
+    void coordinatesBeyondIntStickToItsEnds();
+    void typedCoordinatesBeyondIntStickToItsEnds();
 
     // The object and its file.
     void reloadWithoutPathDoesNothing();
@@ -101,6 +105,7 @@ private slots:
     void brokenJsonIsRefusedWithItsDebugLine_data();
     void brokenJsonIsRefusedWithItsDebugLine();
     void jsonFileRoundTrip();
+    void byteNumberGoesToJsonAsANumber();
 
     // Several objects in one file.
     void severalObjectsInOneFile();
@@ -248,6 +253,46 @@ void NTSettingsTest::pointWithOnePartBecomesZero()
     QCOMPARE(settings.getAnchor(), QPointF(1.9, 2.5));
     settings.loadFromXMLString(QStringLiteral("<x><Origin>1.9;-2.7</Origin></x>"));
     QCOMPARE(settings.getOrigin(), QPoint(1, -2)); // cut toward zero
+}
+
+void NTSettingsTest::coordinatesBeyondIntStickToItsEnds_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QPoint>("origin");
+    QTest::addColumn<QSize>("frame");
+    const int max = std::numeric_limits<int>::max();
+    const int min = std::numeric_limits<int>::min();
+    QTest::newRow("far out") << "1e300;-1e300" << QPoint(max, min) << QSize(max, min);
+    QTest::newRow("just beyond") << "2147483648;-2147483649" << QPoint(max, min) << QSize(max, min);
+    QTest::newRow("the ends themselves")
+        << "2147483647;-2147483648" << QPoint(max, min) << QSize(max, min);
+    QTest::newRow("infinite") << "inf;-inf" << QPoint(max, min) << QSize(max, min);
+    QTest::newRow("not a number") << "nan;5.9" << QPoint(0, 5) << QSize(0, 5);
+}
+
+// Found by fuzzing: casting such a double to int is undefined behaviour.
+void NTSettingsTest::coordinatesBeyondIntStickToItsEnds()
+{
+    QFETCH(QString, text);
+    QFETCH(QPoint, origin);
+    QFETCH(QSize, frame);
+    ExampleSettings settings;
+    settings.loadFromXMLString(
+        QStringLiteral("<x><Origin>%1</Origin><Frame>%1</Frame></x>").arg(text));
+    QCOMPARE(settings.getOrigin(), origin);
+    QCOMPARE(settings.getFrame(), frame);
+}
+
+// The text form that declarations and the edit form use goes the same way.
+void NTSettingsTest::typedCoordinatesBeyondIntStickToItsEnds()
+{
+    ExampleSettings settings;
+    QVERIFY(
+        settings.setTextValue(QStringLiteral("Origin"), QStringLiteral("QPoint(1e300, -1e12)")));
+    QCOMPARE(settings.getOrigin(),
+             QPoint(std::numeric_limits<int>::max(), std::numeric_limits<int>::min()));
+    QVERIFY(settings.setTextValue(QStringLiteral("Frame"), QStringLiteral("nan, 3e9")));
+    QCOMPARE(settings.getFrame(), QSize(0, std::numeric_limits<int>::max()));
 }
 
 void NTSettingsTest::reloadWithoutPathDoesNothing()
@@ -597,6 +642,20 @@ void NTSettingsTest::jsonFileRoundTrip()
     QTest::ignoreMessage(QtDebugMsg, "Failed to create JSON doc. loadFromJson");
     QVERIFY(settings.reload());
     QCOMPARE(settings.getDefaultToneLo(), 250);
+}
+
+// Found by fuzzing: a uchar went out as a one-character string, which reads back as nothing.
+void NTSettingsTest::byteNumberGoesToJsonAsANumber()
+{
+    ExampleSettings settings;
+    settings.setLevel(255);
+    const QJsonObject json = settings.saveToJson();
+    QCOMPARE(json.value(QStringLiteral("Level")), QJsonValue(255));
+
+    ExampleSettings read;
+    QVERIFY(read.loadFromJson(json));
+    QCOMPARE(read.getLevel(), uchar(255));
+    QCOMPARE(read.saveToJson(), json);
 }
 
 void NTSettingsTest::severalObjectsInOneFile()
