@@ -62,8 +62,8 @@ SessionStep *SessionStep::fromReport(const QString &message)
 
     auto *step = new SessionStep;
     step->s = stimulus > TarveloCommon::StimulusCount ? 0 : int(stimulus);
-    step->b = button > TarveloCommon::NoReportedButton ? TarveloCommon::NoReportedButton
-                                                       : int(button);
+    step->b =
+        button > TarveloCommon::NoReportedButton ? TarveloCommon::NoReportedButton : int(button);
     step->b2 = requiredButton(step->s);
     // The sign only flags a missed reaction; the time itself is its magnitude.
     step->v = reaction >= 0;

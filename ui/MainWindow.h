@@ -13,7 +13,13 @@ class MainWindow : public QMainWindow
     Q_OBJECT
 public:
     // Tab indices that other code relies on.
-    enum Page { ScriptPage = 0, SessionPage = 1, DatabasePage = 2, DevicePage = 3, SettingsPage = 4 };
+    enum Page {
+        ScriptPage = 0,
+        SessionPage = 1,
+        DatabasePage = 2,
+        DevicePage = 3,
+        SettingsPage = 4
+    };
 
     // What a click on the status bar does, by the modifiers held: Control opens the device's
     // settings dialog, and Control with the service chord Shift+Alt opens it with the serial

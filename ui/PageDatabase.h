@@ -10,5 +10,4 @@ class PageDatabase : public QWidget
     Q_OBJECT
 public:
     explicit PageDatabase(TarveloModel *model, QWidget *parent = nullptr);
-
 };

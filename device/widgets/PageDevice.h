@@ -10,5 +10,4 @@ class PageDevice : public QWidget
     Q_OBJECT
 public:
     explicit PageDevice(TarveloDevice *device, QWidget *parent = nullptr);
-
 };

@@ -34,16 +34,13 @@ TarveloStatusBar::TarveloStatusBar(TarveloDevice *device, QWidget *parent)
     layout->addStretch(100);
     layout->addWidget(m_progressBar);
 
-    m_connections << connect(m_device, &TarveloDevice::connectedChanged, this,
-                             &TarveloStatusBar::updateStatus)
-                  << connect(m_device, &TarveloDevice::gotPortName, this,
-                             &TarveloStatusBar::updateStatus)
-                  << connect(m_device, &TarveloDevice::gotVersion, this,
-                             &TarveloStatusBar::updateStatus)
-                  << connect(m_device, &TarveloDevice::gotSerialNumber, this,
-                             &TarveloStatusBar::updateStatus)
-                  << connect(m_device, &TarveloDevice::loadProgress, this,
-                             &TarveloStatusBar::showProgress);
+    m_connections
+        << connect(m_device, &TarveloDevice::connectedChanged, this,
+                   &TarveloStatusBar::updateStatus)
+        << connect(m_device, &TarveloDevice::gotPortName, this, &TarveloStatusBar::updateStatus)
+        << connect(m_device, &TarveloDevice::gotVersion, this, &TarveloStatusBar::updateStatus)
+        << connect(m_device, &TarveloDevice::gotSerialNumber, this, &TarveloStatusBar::updateStatus)
+        << connect(m_device, &TarveloDevice::loadProgress, this, &TarveloStatusBar::showProgress);
     updateStatus();
 }
 
@@ -67,8 +64,9 @@ QString TarveloStatusBar::statusText(const TarveloDevice *device)
 void TarveloStatusBar::updateStatus()
 {
     const bool connected = m_device->isConnected();
-    m_button->setIcon(MediaHelper::icon(connected ? QStringLiteral(":/resources/Images/connected.svg")
-                                                  : QStringLiteral(":/resources/Images/disconnected.svg")));
+    m_button->setIcon(
+        MediaHelper::icon(connected ? QStringLiteral(":/resources/Images/connected.svg")
+                                    : QStringLiteral(":/resources/Images/disconnected.svg")));
     m_button->setText(statusText(m_device));
 }
 

@@ -84,8 +84,8 @@ void NScrollViewer::setBackgroundAndBorder(const QColor &background, unsigned ch
                                            const QColor &border, bool darkPanel)
 {
     UIHelper::ChangeBackground(m_scrollArea, background);
-    const QString colour = background == QColor(Qt::transparent) ? QStringLiteral("transparent")
-                                                                  : background.name();
+    const QString colour =
+        background == QColor(Qt::transparent) ? QStringLiteral("transparent") : background.name();
     const QString borderText = borderWidth == 0
         ? QStringLiteral("0")
         : QString::number(borderWidth) + QStringLiteral("px solid ") + border.name();
