@@ -1,8 +1,8 @@
 #pragma once
 
 #include "data/TarveloSession.h"
+#include "support/TestFiles.h"
 
-#include <QFile>
 #include <QRandomGenerator>
 
 // Hand-built sessions shared by the session tests. Every derived value they lead to is worked
@@ -89,12 +89,6 @@ inline TarveloSession *largeSession(int stageRuns, int stepsPerStage)
     }
     session->setFinished(true);
     return session;
-}
-
-inline QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace SessionFixtures

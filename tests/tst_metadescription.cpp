@@ -140,7 +140,6 @@ private slots:
     void descriptionFollowsItsProperty();
     void descriptorLookups();
     void displayOrderAndCategories();
-    void intLimitsComeFromTheDeclaration();
     void capabilitiesOfComPort();
     void capabilitiesOfHiddenAndEnumerations();
     void capabilitiesTranslateWhereTheyDiffer();
@@ -472,22 +471,6 @@ void MetaDescriptionTest::displayOrderAndCategories()
     QCOMPARE(m_descriptor.categories(), (QStringList {QString(), "Numbers"}));
     TarveloSettings settings;
     QCOMPARE(settings.metaDescriptor()->categories(), (QStringList {"Common", "Defaults"}));
-}
-
-void MetaDescriptionTest::intLimitsComeFromTheDeclaration()
-{
-    TarveloSettings settings;
-    const NTIntLimits &port = settings.getComPortLimits();
-    QCOMPARE(port.defaultValue, 1);
-    QCOMPARE(port.minimum, 1);
-    QCOMPARE(port.maximum, 99);
-    QCOMPARE(port.step, 1);
-    QCOMPARE(port.bounded(500), 99);
-    QCOMPARE(port.bounded(0), 1);
-    QCOMPARE(settings.getDefaultToneLoLimits().step, 10);
-    QCOMPARE(settings.getDeviceSearchTimeoutLimits().maximum, 300);
-    TarveloUser user;
-    QCOMPARE(user.getDOBYearLimits().maximum, 5432);
 }
 
 void MetaDescriptionTest::capabilitiesOfComPort()

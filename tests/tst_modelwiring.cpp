@@ -184,7 +184,7 @@ void ModelWiringTest::reloadFindsSubjectFoldersWithAUserFile()
         names,
         (QStringList {QString(), QString(), QStringLiteral("Иванов"), QStringLiteral("Петров")}));
     // Reading a subject doesn't write it: the broken file stays for a person to look at.
-    QCOMPARE(TestDataFolder::read(broken.fileName()), garbage);
+    QCOMPARE(TestFiles::read(broken.fileName()), garbage);
 }
 
 void ModelWiringTest::reloadMakesNewObjectsAndKeepsTheSelectionUntilSelectedAgain()

@@ -290,7 +290,7 @@ void RunControlTest::reportsAfterTheEndAreKeptAndAFurtherFinishWritesThemUnderTh
     const QStringList files = m_data.allSessionFiles();
     QCOMPARE(files.size(), 1);
     const QString path = m_data.records() + files.constFirst();
-    const QByteArray firstWrite = TestDataFolder::read(path);
+    const QByteArray firstWrite = TestFiles::read(path);
     const QDateTime firstEnd = model.session()->end();
 
     QSignalSpy updated(&model, &TarveloModel::sessionUpdated);
@@ -301,7 +301,7 @@ void RunControlTest::reportsAfterTheEndAreKeptAndAFurtherFinishWritesThemUnderTh
     QCOMPARE(updated.count(), 4);
     QCOMPARE(started.count(), 0);
     QCOMPARE(finished.count(), 0);
-    QCOMPARE(TestDataFolder::read(path), firstWrite);
+    QCOMPARE(TestFiles::read(path), firstWrite);
 
     // What the box says after a stop: the session is written again, under the same name.
     model.handleDeviceMessage(QStringLiteral("scriptFinished"));
@@ -344,7 +344,7 @@ void RunControlTest::abortInEachStateSendsStop()
     const QStringList files = m_data.allSessionFiles();
     QCOMPARE(files.size(), 1);
     const QString path = m_data.records() + files.constFirst();
-    const QByteArray saved = TestDataFolder::read(path);
+    const QByteArray saved = TestFiles::read(path);
     QCOMPARE(storedStageSteps(path), QList<int> {1});
 
     // Ended: the box is told again, nothing else happens.
@@ -352,7 +352,7 @@ void RunControlTest::abortInEachStateSendsStop()
     QTRY_COMPARE(stops(), 3);
     QCOMPARE(updated.count(), 1);
     QCOMPARE(finished.count(), 1);
-    QCOMPARE(TestDataFolder::read(path), saved);
+    QCOMPARE(TestFiles::read(path), saved);
 
     // The box's answer to the stop arrives on the link and ends the session once more.
     box.send(DeviceProtocol::ScriptFinished);
@@ -521,7 +521,7 @@ void RunControlTest::folderThatCantBeMadeLosesOnlyThisSave()
          {"scriptStarted=Earlier", "stageStarted=0", "stageItems=1", Reaction, "scriptFinished"});
     const QStringList earlier = m_data.allSessionFiles();
     QCOMPARE(earlier.size(), 1);
-    const QByteArray earlierBytes = TestDataFolder::read(m_data.records() + earlier.constFirst());
+    const QByteArray earlierBytes = TestFiles::read(m_data.records() + earlier.constFirst());
     model.selectUser(GuidA);
     QVERIFY(QDir(folder).removeRecursively());
     const QString blocker = folder.chopped(1);
@@ -535,9 +535,9 @@ void RunControlTest::folderThatCantBeMadeLosesOnlyThisSave()
          {"scriptStarted=Later", "stageStarted=0", "stageItems=1", Reaction, "scriptFinished"});
     QCOMPARE(finished.count(), 1);
     QCOMPARE(describe(model), QStringLiteral("ended Later [0:1::1]"));
-    QCOMPARE(TestDataFolder::read(blocker), QByteArray("in the way"));
+    QCOMPARE(TestFiles::read(blocker), QByteArray("in the way"));
     QCOMPARE(m_data.allSessionFiles(), earlier);
-    QCOMPARE(TestDataFolder::read(m_data.records() + earlier.constFirst()), earlierBytes);
+    QCOMPARE(TestFiles::read(m_data.records() + earlier.constFirst()), earlierBytes);
 }
 
 void RunControlTest::failedRewriteKeepsTheEarlierFile()
@@ -547,7 +547,7 @@ void RunControlTest::failedRewriteKeepsTheEarlierFile()
          {"scriptStarted=T", "stageStarted=0", "stageItems=1", Reaction, "stageAction=+1",
           "scriptFinished"});
     const QString path = m_data.records() + model.session()->fileName();
-    const QByteArray firstWrite = TestDataFolder::read(path);
+    const QByteArray firstWrite = TestFiles::read(path);
     QVERIFY(!firstWrite.isEmpty());
     play(model, {"stageStarted=1", "stageItems=1", Reaction, "stageAction=+1"});
 
@@ -556,7 +556,7 @@ void RunControlTest::failedRewriteKeepsTheEarlierFile()
     withFileSizeLimit(rlim_t(firstWrite.size()),
                       [&model] { model.handleDeviceMessage(QStringLiteral("scriptFinished")); });
     QCOMPARE(finished.count(), 1);
-    QCOMPARE(TestDataFolder::read(path), firstWrite);
+    QCOMPARE(TestFiles::read(path), firstWrite);
     QCOMPARE(QDir(m_data.records()).entryList(QDir::Files | QDir::Hidden),
              QStringList {model.session()->fileName()});
 }

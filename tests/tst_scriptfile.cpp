@@ -1,17 +1,12 @@
 #include "data/KeyValueText.h"
 #include "data/TarveloScript.h"
+#include "support/TestFiles.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QString examplePath()
 {
     return QStringLiteral(TARVELO_TEST_DATA "/example.script");
@@ -75,7 +70,7 @@ void ScriptFileTest::exampleReadsIntoItsFields()
 
 void ScriptFileTest::exampleWritesBackByteForByte()
 {
-    const QByteArray expected = readFile(examplePath());
+    const QByteArray expected = TestFiles::read(examplePath());
     QVERIFY(!expected.isEmpty());
 
     // Built from scratch, not read: the writer alone must produce the file.
@@ -103,7 +98,7 @@ void ScriptFileTest::exampleWritesBackByteForByte()
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("Проба.script"));
     QVERIFY(script.save(path));
-    QCOMPARE(readFile(path), expected);
+    QCOMPARE(TestFiles::read(path), expected);
     QCOMPARE(script.headerText().toUtf8(), expected.left(expected.indexOf("\r\n")));
 
     // And a file read in writes back unchanged.
@@ -262,7 +257,7 @@ void ScriptFileTest::saveNeedsAPathAndReplacesAtomically()
     old.close();
     script.setTitle(QStringLiteral("a"));
     QVERIFY(script.save(path));
-    QCOMPARE(readFile(path), script.toText().toUtf8());
+    QCOMPARE(TestFiles::read(path), script.toText().toUtf8());
     QVERIFY(script.filePath().isEmpty());
     // No temporary file is left beside the target.
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList {QStringLiteral("a.script")});

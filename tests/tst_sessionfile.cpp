@@ -39,10 +39,8 @@ std::unique_ptr<TarveloSession> loadText(const QByteArray &text)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("x.session"));
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+    if (!TestFiles::write(path, text))
         return nullptr;
-    file.close();
     return std::unique_ptr<TarveloSession>(TarveloSession::load(path));
 }
 } // namespace
@@ -74,8 +72,8 @@ void SessionFileTest::handBuiltExampleIsWrittenByteForByte()
     QTemporaryDir dir;
     const std::unique_ptr<TarveloSession> session(exampleSession());
     QVERIFY(session->save(dir.path()));
-    const QByteArray written = readFile(dir.filePath(ExampleName));
-    const QByteArray expected = readFile(examplePath());
+    const QByteArray written = TestFiles::read(dir.filePath(ExampleName));
+    const QByteArray expected = TestFiles::read(examplePath());
     QVERIFY(!expected.isEmpty());
     QCOMPARE(written, expected);
 }
@@ -133,7 +131,7 @@ void SessionFileTest::flagsStayFalseOnALoadedSession()
 void SessionFileTest::unreadableFilesGiveAnEmptySession_data()
 {
     QTest::addColumn<QByteArray>("content");
-    const QByteArray example = readFile(examplePath());
+    const QByteArray example = TestFiles::read(examplePath());
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("truncated") << example.left(example.size() / 2);
     QTest::newRow("garbage") << QByteArray("\x01\xff not json {{{");
@@ -288,7 +286,7 @@ void SessionFileTest::saveIntoAFolderThatCannotExistFails()
     file.close();
     const std::unique_ptr<TarveloSession> session(exampleSession());
     QVERIFY(!session->save(blocker));
-    QCOMPARE(readFile(blocker), QByteArray("not a folder"));
+    QCOMPARE(TestFiles::read(blocker), QByteArray("not a folder"));
 }
 
 void SessionFileTest::invalidStartIsNamedAfterNow()

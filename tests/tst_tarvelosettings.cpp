@@ -1,5 +1,6 @@
 #include "data/TarveloSettings.h"
 #include "foundation/AbstractMetaDescriptor.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,16 +10,9 @@
 
 namespace {
 
-QByteArray golden()
+QString goldenPath()
 {
-    QFile file(QStringLiteral(TARVELO_TEST_DATA "/Settings.xml"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return QStringLiteral(TARVELO_TEST_DATA "/Settings.xml");
 }
 
 } // namespace
@@ -55,17 +49,18 @@ void TarveloSettingsTest::settingsFileIsWrittenExactly()
     QCOMPARE(settings.getFilepath(), QStringLiteral("Settings.xml"));
     settings.setLastUserGuid(QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10"));
     settings.setLastScriptTitle(QStringLiteral("Проба"));
-    QCOMPARE(readAll(m_dir.filePath(QStringLiteral("Settings.xml"))), golden());
+    QCOMPARE(TestFiles::read(m_dir.filePath(QStringLiteral("Settings.xml"))),
+             TestFiles::read(goldenPath()));
 }
 
 void TarveloSettingsTest::settingsFileReadsBack()
 {
-    QFile::copy(QStringLiteral(TARVELO_TEST_DATA "/Settings.xml"), TarveloSettings::fileName());
+    QFile::copy(goldenPath(), TarveloSettings::fileName());
     TarveloSettings settings;
     QVERIFY(settings.reload());
     QCOMPARE(settings.getLastScriptTitle(), QStringLiteral("Проба"));
     QCOMPARE(settings.getLastUserGuid(), QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10"));
-    QCOMPARE(settings.saveToString().toUtf8(), golden());
+    QCOMPARE(settings.saveToString().toUtf8(), TestFiles::read(goldenPath()));
 }
 
 void TarveloSettingsTest::missingFileGivesTheDefaultsAndNoFile()
@@ -204,6 +199,8 @@ void TarveloSettingsTest::intLimitsMatchTheDeclaration()
         QCOMPARE(double(limit.maximum), description->maximum());
         QCOMPARE(double(limit.step), description->step());
         QCOMPARE(QString::number(limit.defaultValue), description->defaultValue());
+        QCOMPARE(limit.bounded(limit.maximum + 1), limit.maximum);
+        QCOMPARE(limit.bounded(limit.minimum - 1), limit.minimum);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "data/TarveloUser.h"
 #include "foundation/AbstractMetaDescription.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,16 +11,9 @@
 
 namespace {
 
-QByteArray golden()
+QString goldenPath()
 {
-    QFile file(QStringLiteral(TARVELO_TEST_DATA "/User.xml"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return QStringLiteral(TARVELO_TEST_DATA "/User.xml");
 }
 
 void fillIvanov(TarveloUser &user)
@@ -76,14 +70,14 @@ void TarveloUserTest::userFileIsWrittenExactly()
         + QStringLiteral("/Иванов Иван Иванович (4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10)/")
         + TarveloUser::fileName();
     QCOMPARE(user.getFilepath(), path);
-    QCOMPARE(readAll(path), golden());
+    QCOMPARE(TestFiles::read(path), TestFiles::read(goldenPath()));
 }
 
 void TarveloUserTest::userFileReadsBack()
 {
     const QString path = m_dir.filePath(QStringLiteral("User.xml"));
     QFile::remove(path);
-    QVERIFY(QFile::copy(QStringLiteral(TARVELO_TEST_DATA "/User.xml"), path));
+    QVERIFY(QFile::copy(goldenPath(), path));
     TarveloUser user;
     user.setFilepath(path);
     QSignalSpy saved(&user, &NTSettings::saved);
@@ -96,7 +90,7 @@ void TarveloUserTest::userFileReadsBack()
     QCOMPARE(user.getGender(), TarveloUser::Male);
     QCOMPARE(user.getGUID(), QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10"));
     QVERIFY(user.getComment().isEmpty());
-    QCOMPARE(user.saveToString().toUtf8(), golden());
+    QCOMPARE(user.saveToString().toUtf8(), TestFiles::read(goldenPath()));
 }
 
 void TarveloUserTest::newUserHasDefaultsAndNoFile()
@@ -273,7 +267,7 @@ void TarveloUserTest::copyFromSavesWhenFiled()
     source.setDOBYear(1980);
     filed.copyFrom(&source);
     QCOMPARE(saved.count(), 2);
-    QVERIFY(readAll(filed.getFilepath()).contains("<DOBYear>1980</DOBYear>"));
+    QVERIFY(TestFiles::read(filed.getFilepath()).contains("<DOBYear>1980</DOBYear>"));
 }
 
 void TarveloUserTest::saveInCreatesTheSubjectFolder()
@@ -320,7 +314,9 @@ void TarveloUserTest::unreadableUserFileGivesAnEmptySubject()
     const QString path = m_dir.filePath(QStringLiteral("Broken.xml"));
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(golden().left(golden().indexOf("<DOBYear>")).replace("Иванов<", "Иванов\x01<"));
+    file.write(TestFiles::read(goldenPath())
+                   .left(TestFiles::read(goldenPath()).indexOf("<DOBYear>"))
+                   .replace("Иванов<", "Иванов\x01<"));
     file.close();
     TarveloUser user;
     user.setFilepath(path);

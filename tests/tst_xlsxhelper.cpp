@@ -91,9 +91,10 @@ void XLSXHelperTest::sessionCsvMatchesTheGoldenBytes()
     const QString path = dir.filePath(QStringLiteral("small.csv"));
     QVERIFY(SessionExport::writeTable(SessionExport::Format::Csv, report.exportTable(), path,
                                       SessionExport::sheetName(*session)));
-    const QByteArray expected = readFile(QStringLiteral(TARVELO_TEST_DATA "/small_session.csv"));
+    const QByteArray expected =
+        TestFiles::read(QStringLiteral(TARVELO_TEST_DATA "/small_session.csv"));
     QVERIFY(expected.startsWith("\xEF\xBB\xBF"));
-    QCOMPARE(readFile(path), expected);
+    QCOMPARE(TestFiles::read(path), expected);
 }
 
 void XLSXHelperTest::csvWritesEverySheetAndCellAsItIs()
@@ -106,14 +107,14 @@ void XLSXHelperTest::csvWritesEverySheetAndCellAsItIs()
     };
     QVERIFY(XLSXHelper::dataToCSV(sheets, path, QStringLiteral(","), QStringLiteral("\n")));
     // No quoting: the comma inside the text makes a further column.
-    QCOMPARE(readFile(path),
+    QCOMPARE(TestFiles::read(path),
              QByteArray("\xEF\xBB\xBFодин\n1,0.30000000000000004,a,b,true,\n\n,\n\n\n"
                         "two\n3,-2.5e-07,\n\n\n"));
 
     // An existing file is replaced, not appended to.
     QVERIFY(XLSXHelper::dataToCSV({{1}}, path, QStringLiteral("s"), QStringLiteral(";"),
                                   QStringLiteral("\r\n")));
-    QCOMPARE(readFile(path), QByteArray("\xEF\xBB\xBFs\r\n1;\r\n\r\n\r\n"));
+    QCOMPARE(TestFiles::read(path), QByteArray("\xEF\xBB\xBFs\r\n1;\r\n\r\n\r\n"));
 }
 
 void XLSXHelperTest::csvToAnUnwritableTargetFails()

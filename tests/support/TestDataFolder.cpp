@@ -81,13 +81,7 @@ QStringList TestDataFolder::allSessionFiles() const
     return found;
 }
 
-QByteArray TestDataFolder::read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QJsonObject TestDataFolder::readJson(const QString &path)
 {
-    return QJsonDocument::fromJson(read(path)).object();
+    return QJsonDocument::fromJson(TestFiles::read(path)).object();
 }

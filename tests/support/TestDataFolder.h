@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/TestFiles.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
@@ -40,14 +42,13 @@ public:
 
     // Writes the settings file with these elements inside its root element.
     bool writeSettings(const QByteArray &elements) const;
-    QByteArray storedSettings() const { return read(settingsFile()); }
+    QByteArray storedSettings() const { return TestFiles::read(settingsFile()); }
 
     // The session files directly in a folder, by name.
     static QStringList sessionFiles(const QString &folder);
     // Every session file anywhere under the records folder, relative to it, sorted.
     QStringList allSessionFiles() const;
 
-    static QByteArray read(const QString &path);
     // Read with Qt's JSON parser alone, not with the session reader under test.
     static QJsonObject readJson(const QString &path);
 
