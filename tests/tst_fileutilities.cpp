@@ -1,4 +1,5 @@
 #include "foundation/FileUtilities.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,9 +13,7 @@ namespace {
 void touch(const QString &path)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.write("x");
+    TestFiles::write(path, "x");
 }
 } // namespace
 
@@ -183,9 +182,7 @@ void FileUtilitiesTest::writeAtomicallyReplacesOrLeavesTheOldFile()
     const QString path = dir.filePath(QStringLiteral("Settings.xml"));
     QVERIFY(FileUtilities::writeAtomically(path, "first"));
     QVERIFY(FileUtilities::writeAtomically(path, "second"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("second"));
+    QCOMPARE(TestFiles::read(path), QByteArray("second"));
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"Settings.xml"});
 
     // A target that can't be replaced (a folder stands there) fails and stays as it was.
@@ -214,9 +211,7 @@ void FileUtilitiesTest::writeFailingHalfWayLeavesTheOldFile()
     std::signal(SIGXFSZ, oldHandler);
 
     QVERIFY(!written);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("old content"));
+    QCOMPARE(TestFiles::read(path), QByteArray("old content"));
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"User.xml"});
 }
 

@@ -3,6 +3,7 @@
 #include "foundation/ConnectionHelper.h"
 #include "foundation/NLogger.h"
 #include "foundation/TextHelper.h"
+#include "support/TestFiles.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -139,9 +140,7 @@ void HelpersTest::loggerWritesToTheFirstFileNamed()
     NLogger::LogToFile(QStringLiteral("one"), first);
     NLogger::LogToFile(QStringLiteral("TYPE"), QStringLiteral("two"), second, false);
     QVERIFY(!QFile::exists(second));
-    QFile file(first);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QList<QByteArray> lines = file.readAll().split('\n');
+    const QList<QByteArray> lines = TestFiles::read(first).split('\n');
     QCOMPARE(lines.size(), 3);
     QVERIFY(QRegularExpression(QStringLiteral("^\\d\\d:\\d\\d:\\d\\d\\.\\d{3}\tone\r$"))
                 .match(QString::fromUtf8(lines[0]))

@@ -161,15 +161,11 @@ void ModelWiringTest::reloadFindsSubjectFoldersWithAUserFile()
     // Unreadable subject files: garbage, and a folder that bears the file's name.
     QVERIFY(QDir().mkpath(m_data.records() + QStringLiteral("Broken")));
     const QByteArray garbage = QByteArray(1, '\0') + "\xff<TarveloUser><LastName>Сидоров";
-    QFile broken(m_data.records() + QStringLiteral("Broken/User.xml"));
-    QVERIFY(broken.open(QIODevice::WriteOnly));
-    broken.write(garbage);
-    broken.close();
+    const QString broken = m_data.records() + QStringLiteral("Broken/User.xml");
+    QVERIFY(TestFiles::write(broken, garbage));
     QVERIFY(QDir().mkpath(m_data.records() + QStringLiteral("Odd/User.xml")));
     // A session file directly in the folder is no subject.
-    QFile loose(m_data.records() + QStringLiteral("2024.03.05-14.20.31.session"));
-    QVERIFY(loose.open(QIODevice::WriteOnly));
-    loose.close();
+    QVERIFY(TestFiles::write(m_data.records() + QStringLiteral("2024.03.05-14.20.31.session"), {}));
 
     TarveloModel model;
     const QList<TarveloUser *> users = model.users();
@@ -184,7 +180,7 @@ void ModelWiringTest::reloadFindsSubjectFoldersWithAUserFile()
         names,
         (QStringList {QString(), QString(), QStringLiteral("Иванов"), QStringLiteral("Петров")}));
     // Reading a subject doesn't write it: the broken file stays for a person to look at.
-    QCOMPARE(TestFiles::read(broken.fileName()), garbage);
+    QCOMPARE(TestFiles::read(broken), garbage);
 }
 
 void ModelWiringTest::reloadMakesNewObjectsAndKeepsTheSelectionUntilSelectedAgain()
@@ -247,10 +243,7 @@ void ModelWiringTest::selectUser()
 void ModelWiringTest::unreadableSubjectIsNeverSelected()
 {
     QVERIFY(QDir().mkpath(m_data.records() + QStringLiteral("Broken")));
-    QFile broken(m_data.records() + QStringLiteral("Broken/User.xml"));
-    QVERIFY(broken.open(QIODevice::WriteOnly));
-    broken.write("not xml");
-    broken.close();
+    QVERIFY(TestFiles::write(m_data.records() + QStringLiteral("Broken/User.xml"), "not xml"));
     TarveloModel model; // nothing remembered: the empty GUID is asked for at start
     QCOMPARE(model.users().size(), 1);
     QVERIFY(model.users().constFirst()->getGUID().isEmpty());

@@ -525,10 +525,7 @@ void RunControlTest::folderThatCantBeMadeLosesOnlyThisSave()
     model.selectUser(GuidA);
     QVERIFY(QDir(folder).removeRecursively());
     const QString blocker = folder.chopped(1);
-    QFile file(blocker);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("in the way");
-    file.close();
+    QVERIFY(TestFiles::write(blocker, "in the way"));
 
     QSignalSpy finished(&model, &TarveloModel::sessionFinished);
     play(model,

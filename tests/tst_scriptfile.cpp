@@ -122,10 +122,7 @@ void ScriptFileTest::headerOnlyFileIsAnEmptyScript()
     QFETCH(QByteArray, content);
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("a.script"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-    file.close();
+    QVERIFY(TestFiles::write(path, content));
 
     TarveloScript script;
     QVERIFY(script.load(path));
@@ -230,13 +227,10 @@ void ScriptFileTest::missingFileFailsAndBrokenFileLoadsDefaults()
     QVERIFY(missing.stages().isEmpty());
 
     const QString path = dir.filePath(QStringLiteral("broken.script"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
     QByteArray noise;
     for (int i = 0; i < 4096; ++i)
         noise.append(char((i * 7919) % 256));
-    file.write(noise);
-    file.close();
+    QVERIFY(TestFiles::write(path, noise));
     TarveloScript broken;
     QVERIFY(broken.load(path));
     // Whatever the reader made of the noise writes out as a well-formed script.
@@ -251,10 +245,8 @@ void ScriptFileTest::saveNeedsAPathAndReplacesAtomically()
 
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("a.script"));
-    QFile old(path);
-    QVERIFY(old.open(QIODevice::WriteOnly));
-    old.write("old content that is longer than the new one will be, by a good margin......");
-    old.close();
+    QVERIFY(TestFiles::write(
+        path, "old content that is longer than the new one will be, by a good margin......"));
     script.setTitle(QStringLiteral("a"));
     QVERIFY(script.save(path));
     QCOMPARE(TestFiles::read(path), script.toText().toUtf8());
