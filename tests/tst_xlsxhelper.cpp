@@ -80,7 +80,6 @@ private slots:
     void badSheetNamesAreRefused();
     void workbookToAnUnwritableTargetFails();
     void workbookWithoutSheetsFails();
-    void exportingTwiceGivesTheSameTable();
 };
 
 void XLSXHelperTest::sessionCsvMatchesTheGoldenBytes()
@@ -243,24 +242,6 @@ void XLSXHelperTest::workbookWithoutSheetsFails()
     const QString path = dir.filePath(QStringLiteral("none.xlsx"));
     QVERIFY(!XLSXHelper::dataToXLSX(QList<XLSXHelper::Sheet> {}, path));
     QVERIFY(!QFile::exists(path));
-}
-
-void XLSXHelperTest::exportingTwiceGivesTheSameTable()
-{
-    QTemporaryDir dir;
-    const std::unique_ptr<TarveloSession> session(smallSession());
-    const SessionReport report(*session);
-    const XLSXHelper::Rows before = report.exportTable();
-    const QString first = dir.filePath(QStringLiteral("1.xlsx"));
-    const QString second = dir.filePath(QStringLiteral("2.xlsx"));
-    QVERIFY(SessionExport::writeTable(SessionExport::Format::Xlsx, report.exportTable(), first,
-                                      QStringLiteral("s")));
-    QVERIFY(SessionExport::writeTable(SessionExport::Format::Xlsx, report.exportTable(), second,
-                                      QStringLiteral("s")));
-    QCOMPARE(report.exportTable(), before);
-    const QJsonObject firstBook = readXlsxBack(first);
-    QVERIFY(!firstBook.isEmpty());
-    QCOMPARE(firstBook, readXlsxBack(second));
 }
 
 QTEST_GUILESS_MAIN(XLSXHelperTest)
