@@ -101,11 +101,8 @@ void TarveloUserTest::newUserHasDefaultsAndNoFile()
     QCOMPARE(user.getGender(), TarveloUser::Undefined);
     QCOMPARE(user.getDOBDay(), 0); // a date part of 0 means unknown, and is legal
     QVERIFY(user.fullName(true).isEmpty());
-    const QStringList names = user.getPropertiesNames();
-    QCOMPARE(names,
-             (QStringList {"LastName", "FirstName", "MiddleName", "DOBYear", "DOBMonth", "DOBDay",
-                           "Gender", "GUID", "Comment"}));
-    for (const QString &name : names) {
+    // Which fields there are, and in what order, the golden file pins down.
+    for (const QString &name : user.getPropertiesNames()) {
         const AbstractMetaDescription *description = user.getPropertyByName(name);
         QVERIFY2(description->editable() && description->visible(), qPrintable(name));
         QVERIFY2(!description->showDefault(), qPrintable(name));
@@ -199,7 +196,6 @@ void TarveloUserTest::createGuidGivesBareLowerCaseHex()
     const QString guid = user.getGUID();
     static const QRegularExpression form(
         QStringLiteral("^[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12}$"));
-    QCOMPARE(guid.size(), 36);
     QVERIFY2(form.match(guid).hasMatch(), qPrintable(guid));
     QCOMPARE(changed.count(), 1);
     user.createGuid();
