@@ -197,6 +197,7 @@ private:
     void selectSubject();
     void play(const QStringList &messages);
     bool pdfToolsFound() const;
+    QString exportPdf(TarveloSession &session, const QString &name);
 
     TestDataFolder m_data;
     std::unique_ptr<TarveloModel> m_model;
@@ -575,20 +576,26 @@ void SessionExportTest::exportingTwiceGivesTheSameFile()
     }
 }
 
+// Exports the session as a PDF through a view without a model, with nothing done afterwards.
+QString SessionExportTest::exportPdf(TarveloSession &session, const QString &name)
+{
+    settings()->setExportBehavior(TarveloSettings::OnExport_DoNothing);
+    AnsweredSessionWidget view(nullptr);
+    view.setSession(&session);
+    view.answer = out(name);
+    view.answerFilter = PdfFilter;
+    view.exportSession();
+    return view.answer;
+}
+
 void SessionExportTest::pdfHasBothHeadingsAndTheReportOnA4()
 {
     if (!pdfToolsFound())
         QSKIP("pdfinfo and pdftotext (poppler-utils) are needed to read the PDF back");
     selectSubject();
-    settings()->setExportBehavior(TarveloSettings::OnExport_DoNothing);
-    AnsweredSessionWidget view(nullptr);
-    view.setSession(m_session.get());
-    view.answer = out(QStringLiteral("report.pdf"));
-    view.answerFilter = PdfFilter;
-    view.exportSession();
-
-    verifyA4Pages(view.answer, 1);
-    const QString text = pdfText(view.answer);
+    const QString pdf = exportPdf(*m_session, QStringLiteral("report.pdf"));
+    verifyA4Pages(pdf, 1);
+    const QString text = pdfText(pdf);
     const QStringList lines = nonEmptyLines(text);
     QVERIFY2(lines.size() > 2, qPrintable(text));
     QCOMPARE(lines[0], SubjectName);
@@ -606,15 +613,9 @@ void SessionExportTest::pdfWithoutSubjectHasOneHeading()
 {
     if (!pdfToolsFound())
         QSKIP("pdfinfo and pdftotext (poppler-utils) are needed to read the PDF back");
-    settings()->setExportBehavior(TarveloSettings::OnExport_DoNothing);
-    AnsweredSessionWidget view(nullptr);
-    view.setSession(m_session.get());
-    view.answer = out(QStringLiteral("report.pdf"));
-    view.answerFilter = PdfFilter;
-    view.exportSession();
-
-    verifyA4Pages(view.answer, 1);
-    const QStringList lines = nonEmptyLines(pdfText(view.answer));
+    const QString pdf = exportPdf(*m_session, QStringLiteral("report.pdf"));
+    verifyA4Pages(pdf, 1);
+    const QStringList lines = nonEmptyLines(pdfText(pdf));
     QVERIFY(lines.size() > 2);
     QCOMPARE(lines[0], ExampleHeading);
     // Next comes the stage table's head, not a second heading; the name recorded in the
@@ -627,16 +628,10 @@ void SessionExportTest::longSessionPrintsOnA4Pages()
 {
     if (!pdfToolsFound())
         QSKIP("pdfinfo and pdftotext (poppler-utils) are needed to read the PDF back");
-    settings()->setExportBehavior(TarveloSettings::OnExport_DoNothing);
     const std::unique_ptr<TarveloSession> session(largeSession(45, 30));
-    AnsweredSessionWidget view(nullptr);
-    view.setSession(session.get());
-    view.answer = out(QStringLiteral("long.pdf"));
-    view.answerFilter = PdfFilter;
-    view.exportSession();
-
-    verifyA4Pages(view.answer, 2);
-    const QString text = pdfText(view.answer);
+    const QString pdf = exportPdf(*session, QStringLiteral("long.pdf"));
+    verifyA4Pages(pdf, 2);
+    const QString text = pdfText(pdf);
     QVERIFY(text.startsWith(QStringLiteral("Сессия Длинный сценарий (2024/03/05 14:20)")));
     QVERIFY(text.contains(QStringLiteral("Завершено")));
     // Every stage row made it onto the pages, after the header's word.
