@@ -4,7 +4,7 @@
 #include "data/TarveloScript.h"
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
-#include "tests/support/EmulatorProcess.h"
+#include "support/EmulatorProcess.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
