@@ -3,9 +3,9 @@
 // command from the chosen name to the written file. Runs on the offscreen platform unless told
 // otherwise.
 #include "BenchMeasure.h"
+#include "LargeSession.h"
 #include "foundation/DesktopShell.h"
 #include "session/widgets/TarveloSessionWidget.h"
-#include "support/SessionFixtures.h"
 
 #include <QApplication>
 #include <QFileInfo>

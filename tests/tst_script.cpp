@@ -13,13 +13,8 @@ class ScriptTest : public QObject
     Q_OBJECT
 private slots:
     void exampleIsWrittenByteForByteAndReadsBack();
-    void fileHeaderReadsAs_data();
-    void fileHeaderReadsAs();
-    void stageLineReadsAs_data();
-    void stageLineReadsAs();
-    void keyValuesDropIncompletePairs();
-    void validThresholdAcceptsZeroToTen_data();
-    void validThresholdAcceptsZeroToTen();
+    void textReadsAs_data() { TestFiles::addRows(QStringLiteral("tables/script.txt")); }
+    void textReadsAs();
     void generatedNeighboursNeverRepeat();
     void generatedTimesAreWholeHundredsBelowTheUpperBound_data();
     void generatedTimesAreWholeHundredsBelowTheUpperBound();
@@ -62,100 +57,25 @@ void ScriptTest::exampleIsWrittenByteForByteAndReadsBack()
     QVERIFY(!read.load(dir.filePath(QStringLiteral("missing.script"))));
 }
 
-void ScriptTest::fileHeaderReadsAs_data()
+void ScriptTest::textReadsAs()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("header");
-    const QString empty =
-        QStringLiteral("title=;description=;message=;fullDuration=0;toneLo=100;toneHi=1000;");
-    QTest::newRow("empty file") << QByteArray() << empty + "stages=0;";
-    // A header without any stage line counts as an empty script, header values included.
-    QTest::newRow("header only") << QByteArray("title=Один;toneLo=300;toneHi=900;\r\n")
-                                 << empty + "stages=0;";
-    QTest::newRow("only blank lines") << QByteArray("\n\n\n") << empty + "stages=0;";
-    QTest::newRow("tones cut to 16 bits")
-        << QByteArray("title=T;toneLo=70000;toneHi=65535;fullDuration=1;\nstop=1;")
-        << "title=T;description=;message=;fullDuration=1;toneLo=4464;toneHi=65535;stages=1;";
-    QTest::newRow("unknown keys and values with blanks")
-        << QByteArray("x=1;title= T ;message=a=b;fullDuration=yes\nstop=1;\nstop=2;")
-        << "title=T;description=;message=;fullDuration=0;toneLo=100;toneHi=1000;stages=2;";
-}
-
-void ScriptTest::fileHeaderReadsAs()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QString, header);
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("a.script"));
-    QVERIFY(TestFiles::write(path, content));
-    TarveloScript script;
-    QVERIFY(script.load(path));
-    QCOMPARE(script.headerText(), header);
-}
-
-void ScriptTest::stageLineReadsAs_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("expected");
-    const QString none = QStringLiteral("stop=;s-2=;s-1=;s-0=;s+1=;s+2=;");
-    QTest::newRow("no steps") << "stop=4;rpt=2;"
-                              << "stop=4;s-2=;s-1=;s-0=;s+1=;s+2=;rpt=2;";
-    QTest::newRow("a bracket at the start leaves no steps")
-        << "[s=1,t=5,d=5]stop=4;" << none + "rpt=3;";
-    QTest::newRow("leading zeros go, the button is derived")
-        << "stop=007;rpt=02;[s=1][s=2,b=7]"
-        << "stop=7;s-2=;s-1=;s-0=;s+1=;s+2=;rpt=2;[s=1,b=2,t=2000,d=1000][s=2,b=4,t=2000,d=1000]";
-    QTest::newRow("non-numbers are empty, a non-numeric rpt is 0")
-        << "  stop=five;s+1=;rpt=many;[s=3,t=1,d=1]  \r" << none + "rpt=0;[s=3,b=3,t=1,d=1]";
-    QTest::newRow("stimuli up to 21 and below 0 stay")
-        << "s-1=1;[s=21,t=10,d=20][s=-3,t=10,d=20]"
-        << "stop=;s-2=;s-1=1;s-0=;s+1=;s+2=;rpt=3;[s=21,b=9,t=10,d=20][s=-3,b=9,t=10,d=20]";
-    QTest::newRow("stimuli from 22 and garbage are 0")
-        << "rpt=3;[s=22,t=10,d=20][s=x1,t=10,d=20]"
-        << none + "rpt=3;[s=0,b=0,t=10,d=20][s=0,b=0,t=10,d=20]";
-    // "[" alone is a step of defaults, keys come in any order, "t==3" is "t=3".
-    QTest::newRow("malformed groups still make steps")
-        << "stop=1;[][d=5,s=4,zz=1][t==3,junk]"
-        << "stop=1;s-2=;s-1=;s-0=;s+1=;s+2=;rpt=3;"
-           "[s=1,b=2,t=2000,d=1000][s=4,b=1,t=2000,d=5][s=1,b=2,t=3,d=1000]";
-}
-
-void ScriptTest::stageLineReadsAs()
-{
-    QFETCH(QString, line);
+    QFETCH(QString, function);
+    QFETCH(QString, input);
     QFETCH(QString, expected);
-    const std::unique_ptr<ScriptStage> stage(ScriptStage::fromText(line));
-    QCOMPARE(stage->toText(), expected);
-}
-
-void ScriptTest::keyValuesDropIncompletePairs()
-{
-    const auto map = parseKeyValues(QStringLiteral("  a=1;;b= 2 ;c=;=4;d=5=6;a=7;e  = 8 "),
-                                    QStringLiteral(";"), QStringLiteral("="));
-    QCOMPARE(map, (QMap<QString, QString> {{"a", "7"}, {"b", "2"}, {"e  ", "8"}}));
-}
-
-void ScriptTest::validThresholdAcceptsZeroToTen_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("0") << "0"
-                       << "0";
-    QTest::newRow("10 with blanks") << " 10 "
-                                    << "10";
-    QTest::newRow("11") << "11"
-                        << "";
-    QTest::newRow("leading zero") << "05"
-                                  << "";
-    QTest::newRow("negative") << "-1"
-                              << "";
-}
-
-void ScriptTest::validThresholdAcceptsZeroToTen()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, expected);
-    QCOMPARE(validThreshold(text), expected);
+    QString actual;
+    if (function == QLatin1String("header")) {
+        const std::unique_ptr<TarveloScript> script(TarveloScript::fromText(input));
+        actual = script->headerText();
+    } else if (function == QLatin1String("stage")) {
+        actual = std::unique_ptr<ScriptStage>(ScriptStage::fromText(input))->toText();
+    } else if (function == QLatin1String("threshold")) {
+        actual = validThreshold(input);
+    } else {
+        const QMap<QString, QString> pairs = parseKeyValues(input, ";", "=");
+        for (auto it = pairs.cbegin(); it != pairs.cend(); ++it)
+            actual += (actual.isEmpty() ? "" : " ") + it.key() + '=' + it.value();
+    }
+    QCOMPARE(actual, expected);
 }
 
 void ScriptTest::generatedNeighboursNeverRepeat()

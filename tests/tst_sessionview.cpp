@@ -1,6 +1,5 @@
 #include "app/TarveloModel.h"
 #include "data/TarveloSettings.h"
-#include "data/TarveloUser.h"
 #include "device/TarveloDevice.h"
 #include "foundation/DesktopShell.h"
 #include "session/widgets/PageSession.h"
@@ -19,69 +18,50 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTabWidget>
 #include <QtTest>
 
 #include <functional>
 #include <memory>
 
-using namespace SessionFixtures;
-
 namespace {
 constexpr int WinMs = 8000;
-constexpr int PlayMs = 30000;
 const QString Finished = QStringLiteral("Завершено");
-const QString Xlsx = QStringLiteral("XLSX (*.xlsx)");
-const QString Csv = QStringLiteral("CSV (*.csv)");
-const QString Pdf = QStringLiteral("PDF (*.pdf)");
 const QString Guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
+const QString TrialStage = "rpt=0;" + QStringLiteral("[s=1,t=1500,d=1000]").repeated(6);
+const QStringList TrialStages {TrialStage, TrialStage, TrialStage};
 
-// Three stages of six steps, long enough to be cut in the middle.
-QStringList trialStages()
-{
-    const QString stage =
-        QStringLiteral("rpt=0;") + QStringLiteral("[s=1,t=1500,d=1000]").repeated(6);
-    return {stage, stage, stage};
-}
-
-// The state of the play/stop stacks of both headers, as the operator sees them.
-enum class Shown { Play, PlayDisabled, Stop, Mixed };
-
-// The window with its two headed pages.
+// The window, and the play/stop stacks of its two headers as the operator sees them.
 struct Window
 {
+    enum Shown { Play, PlayDisabled, Stop, Mixed };
     Window()
-        : scriptPage(qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage)))
-        , sessionPage(qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage)))
     {
         window.setWindowState(Qt::WindowNoState);
-        window.resize(1000, 700);
         window.show();
     }
-    TarveloModel *model() { return window.model(); }
-    TarveloSessionWidget *view() const { return sessionPage->sessionWidget(); }
+    PlayScriptStopSessionButton *stack(int page) const
+    {
+        return qobject_cast<HeaderedWidget *>(window.tabs()->widget(page))->playButton();
+    }
     static Shown shownBy(PlayScriptStopSessionButton *stack)
     {
         if (stack->currentWidget() == stack->stopButton())
-            return Shown::Stop;
-        return stack->playButton()->isEnabled() ? Shown::Play : Shown::PlayDisabled;
+            return Stop;
+        return stack->playButton()->isEnabled() ? Play : PlayDisabled;
     }
     Shown shown() const
     {
-        const Shown first = shownBy(scriptPage->playButton());
-        return first == shownBy(sessionPage->playButton()) ? first : Shown::Mixed;
+        const Shown first = shownBy(stack(MainWindow::ScriptPage));
+        return first == shownBy(stack(MainWindow::SessionPage)) ? first : Mixed;
     }
-    void click(bool play) const
+    TarveloSessionWidget *view() const
     {
-        PlayScriptStopSessionButton *stack =
-            play ? scriptPage->playButton() : sessionPage->playButton();
-        QTest::mouseClick(play ? stack->playButton() : stack->stopButton(), Qt::LeftButton);
+        return qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage))
+            ->sessionWidget();
     }
 
     MainWindow window;
-    PageScript *scriptPage;
-    PageSession *sessionPage;
 };
 
 // The session view with its save dialog answered by the test: it keeps what the dialog was
@@ -93,19 +73,13 @@ public:
     QString answer;
     QString answerFilter;
     std::function<void()> whileOpen; // runs inside the dialog, as the event loop would
-    int dialogs = 0;
-    QString offeredPath;
-    QString offeredFilter;
+    QString offered;
 
 protected:
     QString chooseExportFile(const QString &path, const QStringList &filters,
                              QString *selectedFilter) override
     {
-        ++dialogs;
-        offeredPath = path;
-        offeredFilter = *selectedFilter;
-        if (filters != QStringList {Xlsx, Csv, Pdf})
-            return QString();
+        offered = path + " | " + *selectedFilter + " of " + filters.join(", ");
         if (whileOpen)
             whileOpen();
         if (!answerFilter.isEmpty())
@@ -114,34 +88,26 @@ protected:
     }
 };
 
-// Standard output of a finished tool, or null when it failed.
-QString runTool(const QString &program, const QStringList &arguments)
+// The text of a PDF, its blanks and line ends made single blanks.
+QString pdfText(const QString &path)
 {
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(60000) || process.exitCode() != 0)
-        return QString();
-    return QString::fromUtf8(process.readAllStandardOutput());
+    QProcess tool;
+    tool.start(QStringLiteral("pdftotext"), {"-enc", "UTF-8", path, "-"});
+    tool.waitForFinished(60000);
+    return QString::fromUtf8(tool.readAllStandardOutput()).simplified();
 }
 
-QStringList pdfLines(const QString &path)
+// The number of pages, or -1 if any is not A4.
+int a4Pages(const QString &path)
 {
-    const QString text = runTool(QStringLiteral("pdftotext"), {"-enc", "UTF-8", path, "-"});
-    QStringList lines;
-    for (const QString &line : text.split('\n')) {
-        if (!line.trimmed().isEmpty())
-            lines << line.trimmed();
-    }
-    return lines;
-}
-
-// Every page of the PDF is A4; false if it has fewer pages.
-bool a4Pages(const QString &path, int pages)
-{
-    const QString info = runTool(QStringLiteral("pdfinfo"), {"-f", "1", "-l", "1000", path});
-    const int a4 = info.count(
-        QRegularExpression("Page +\\d+ size: +595(\\.\\d+)? x 84[12](\\.\\d+)? pts \\(A4\\)"));
-    return a4 >= pages && a4 == info.count(QRegularExpression("Page +\\d+ size"));
+    QProcess tool;
+    tool.start(QStringLiteral("pdfinfo"), {"-f", "1", "-l", "1000", path});
+    tool.waitForFinished(60000);
+    const QString info = QString::fromUtf8(tool.readAllStandardOutput());
+    const int pages = info.count(QRegularExpression(QStringLiteral("Page +\\d+ size")));
+    const QRegularExpression a4(
+        QStringLiteral("size: +595(\\.\\d+)? x 84[12](\\.\\d+)? pts \\(A4\\)"));
+    return info.count(a4) == pages ? pages : -1;
 }
 } // namespace
 
@@ -152,30 +118,27 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
-
     void headersFollowTheScriptTheLinkAndTheSession();
     void lostLinkKeepsTheStopButtonUntilClicked();
-    void demoScriptPlaysToItsEnd();
     void viewWithoutModelShowsAStoredSession();
-
-    void offeredFolderAndFilterFallBack_data();
-    void offeredFolderAndFilterFallBack();
-    void chosenFolderAndFilterAreRemembered();
-    void exportWritesWhatTheFilterSays_data();
-    void exportWritesWhatTheFilterSays();
-    void failedWriteWarnsAndStillMovesTheFolder();
-    void pdfHasTheHeadingsAndTheReportOnA4();
+    void exportDialog_data() { TestFiles::addRows(QStringLiteral("tables/export_dialog.txt")); }
+    void exportDialog();
+    void exportFiles_data() { TestFiles::addRows(QStringLiteral("tables/export_files.txt")); }
+    void exportFiles();
+    void pdfHasTheHeadingsAndTheReportOnA4Pages();
     void exportShowsTheSessionOfTheMomentItWasAskedFor();
 
 private:
-    AnsweredView *exportingView(const QString &answer, const QString &filter);
+    // A view without a model, for the application's model, showing the finished report session.
+    AnsweredView *exportingView();
 
     TestDataFolder m_data;
     std::unique_ptr<TarveloModel> m_model;
     std::unique_ptr<AnsweredView> m_view;
+    std::unique_ptr<TarveloSession> m_session;
     std::unique_ptr<QTemporaryDir> m_out;
-    QList<QPair<DesktopShell::Action, QString>> m_launched;
-    QStringList m_messages;
+    QStringList m_launched;
+    QStringList m_warnings;
     QTimer m_messageWatch;
 };
 
@@ -186,12 +149,13 @@ void SessionViewTest::initTestCase()
     m_messageWatch.setInterval(10);
     connect(&m_messageWatch, &QTimer::timeout, this, [this] {
         if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            m_messages << box->text();
+            m_warnings << box->text();
             box->done(0);
         }
     });
     DesktopShell::setInterceptor([this](DesktopShell::Action action, const QString &path) {
-        m_launched.append({action, path});
+        m_launched << (action == DesktopShell::Action::OpenFile ? "OpenFile " : "ShowInFolder ")
+                + path;
     });
 }
 
@@ -200,8 +164,9 @@ void SessionViewTest::init()
     m_data.clear();
     setExtraPorts({});
     m_out = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir().mkpath(m_out->filePath("kept")) && QDir().mkpath(m_out->filePath("other")));
     m_launched.clear();
-    m_messages.clear();
+    m_warnings.clear();
     m_messageWatch.start();
 }
 
@@ -218,26 +183,27 @@ void SessionViewTest::headersFollowTheScriptTheLinkAndTheSession()
     QVERIFY(box.open());
     setExtraPorts({box.path()});
     for (const char *title : {"Альфа", "Бета"})
-        QVERIFY(m_data.writeScript(QString::fromUtf8(title), trialStages()));
+        QVERIFY(m_data.writeScript(QString::fromUtf8(title), TrialStages));
     Window w;
-    QCOMPARE(w.shown(), Shown::PlayDisabled); // no link yet
-    QTRY_VERIFY_WITH_TIMEOUT(w.model()->device()->isConnected(), WinMs);
-    QCOMPARE(w.shown(), Shown::Play);
+    TarveloModel *model = w.window.model();
+    QCOMPARE(w.shown(), Window::PlayDisabled); // no link yet
+    QTRY_VERIFY_WITH_TIMEOUT(model->device()->isConnected(), WinMs);
+    QCOMPARE(w.shown(), Window::Play);
 
-    // A script picked in one header shows in both.
-    QComboBox *scriptCombo = w.scriptPage->scriptCombo();
-    QComboBox *sessionCombo = w.sessionPage->scriptCombo();
-    QCOMPARE(scriptCombo->count(), 2);
-    sessionCombo->setCurrentIndex(sessionCombo->findText(QStringLiteral("Бета")));
-    QCOMPARE(w.model()->currentScriptTitle(), QStringLiteral("Бета"));
-    QCOMPARE(scriptCombo->currentText(), QStringLiteral("Бета"));
-    // The current script deleted from outside: the list no longer has it and shows nothing.
+    // A script picked in one header shows in both. The current script deleted from outside: the
+    // list no longer has it and shows nothing.
+    auto *scripts = qobject_cast<HeaderedWidget *>(w.window.tabs()->widget(0))->scriptCombo();
+    auto *sessionScripts =
+        qobject_cast<HeaderedWidget *>(w.window.tabs()->widget(1))->scriptCombo();
+    QCOMPARE(scripts->count(), 2);
+    sessionScripts->setCurrentIndex(sessionScripts->findText(QStringLiteral("Бета")));
+    QCOMPARE(scripts->currentText(), QStringLiteral("Бета"));
     QVERIFY(QFile::remove(m_data.scripts() + QStringLiteral("Бета.script")));
-    w.model()->reloadScripts();
-    QCOMPARE(scriptCombo->count(), 1);
-    QCOMPARE(sessionCombo->currentIndex(), -1);
-    scriptCombo->setCurrentIndex(0);
-    QCOMPARE(w.model()->currentScriptTitle(), QStringLiteral("Альфа"));
+    model->reloadScripts();
+    QCOMPARE(scripts->count(), 1);
+    QCOMPARE(sessionScripts->currentIndex(), -1);
+    scripts->setCurrentIndex(0);
+    QCOMPARE(model->currentScriptTitle(), QStringLiteral("Альфа"));
 
     // No session yet: the box alone, an empty report. A tick without a session ticks the box
     // and nothing else; the next update puts it back.
@@ -247,332 +213,203 @@ void SessionViewTest::headersFollowTheScriptTheLinkAndTheSession()
     QVERIFY(view->titleLabel()->isHidden() && view->reportLabel()->text().isEmpty());
     QTest::mouseClick(record, Qt::LeftButton);
     box.send(QStringLiteral("scriptStarted=Проба"));
-    QTRY_VERIFY(w.model()->sessionRunning());
-    QCOMPARE(w.shown(), Shown::Stop);
+    QTRY_COMPARE(w.shown(), Window::Stop);
     QCOMPARE(w.window.tabs()->currentIndex(), int(MainWindow::SessionPage));
     QVERIFY(!record->isChecked() && !record->isHidden() && view->exportButton()->isHidden());
     QVERIFY(view->titleLabel()->text().contains(QStringLiteral("Проба")));
-    box.send(QStringLiteral("stageStarted=0"));
-    box.send(QStringLiteral("stageItems=2"));
-    box.send(QStringLiteral("r=412;b=2;s=1;t=1500;d=1000"));
+    for (const char *report : {"stageStarted=0", "stageItems=2", "r=412;b=2;s=1;t=1500;d=1000"})
+        box.send(QString::fromLatin1(report));
     QTRY_VERIFY(view->reportLabel()->text().contains(QStringLiteral("1/2</td>")));
 
     // Ticked during the run, then stopped: nothing is written, the report stays for export.
     QTest::mouseClick(record, Qt::LeftButton);
-    QVERIFY(w.model()->session()->doNotRecord());
-    w.click(false);
+    QTest::mouseClick(w.stack(MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
     QTRY_VERIFY(box.commands().contains(QStringLiteral("stop")));
-    QCOMPARE(w.shown(), Shown::Play);
-    QVERIFY(m_data.allSessionFiles().isEmpty());
+    QCOMPARE(w.shown(), Window::Play);
     QVERIFY(view->reportLabel()->text().contains(Finished));
     QVERIFY(!view->exportButton()->isHidden() && record->isHidden());
-    TarveloSession *first = w.model()->session();
+    const std::unique_ptr<TarveloSession> first(model->session());
 
     // The next run has a session of its own: the box shows that one's choice, unticked.
     box.send(QStringLiteral("scriptStarted=Проба"));
-    QTRY_VERIFY(w.model()->session() != first);
+    QTRY_VERIFY(model->session() != first.get());
     QVERIFY(!record->isChecked() && !record->isHidden() && view->exportButton()->isHidden());
     box.send(QStringLiteral("scriptFinished"));
     QTRY_COMPARE(m_data.allSessionFiles().size(), 1);
-    delete first;
-
     box.close();
-    QTRY_COMPARE(w.shown(), Shown::PlayDisabled);
+    QTRY_COMPARE(w.shown(), Window::PlayDisabled);
 }
 
 void SessionViewTest::lostLinkKeepsTheStopButtonUntilClicked()
 {
-    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), trialStages()));
+    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), TrialStages));
     // Greeting, serial number, version, then the start, the first stage, its size and its first
     // step: then the cable goes. The box is plugged in again under a name of its own.
-    QTemporaryDir links;
-    const QString link = links.filePath(QStringLiteral("ttyUSB0"));
-    const QString replugged = links.filePath(QStringLiteral("ttyUSB1"));
+    const QString link = m_out->filePath(QStringLiteral("ttyUSB0"));
+    const QString replugged = m_out->filePath(QStringLiteral("ttyUSB1"));
     EmulatorProcess emulator;
     QVERIFY(emulator.start({"--link", link, "--speed", "2", "--drop-after", "7"}));
     setExtraPorts({link, replugged});
     m_data.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
     Window w;
-    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Shown::Play, WinMs);
-    w.click(true);
+    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Window::Play, WinMs);
+    QTest::mouseClick(w.stack(MainWindow::ScriptPage)->playButton(), Qt::LeftButton);
     // The upload has gone out by the time the click returns; the start follows later.
     QVERIFY(emulator.commands().contains(QStringLiteral("stopAddStage")));
     QVERIFY(!emulator.commands().contains(QStringLiteral("startScript")));
-    QTRY_VERIFY_WITH_TIMEOUT(w.model()->sessionRunning(), WinMs);
-    QTRY_VERIFY_WITH_TIMEOUT(!w.model()->device()->isConnected(), WinMs);
-    QCOMPARE(w.shown(), Shown::Stop);
-    QVERIFY(!w.view()->recordCheckBox()->isHidden());
+    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Window::Stop, WinMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!w.window.model()->device()->isConnected(), WinMs);
+    QCOMPARE(w.shown(), Window::Stop);
 
-    w.click(false);
-    QVERIFY(!w.model()->sessionRunning());
-    QCOMPARE(w.shown(), Shown::PlayDisabled);
+    QTest::mouseClick(w.stack(MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
+    QCOMPARE(w.shown(), Window::PlayDisabled);
     QVERIFY(!w.view()->exportButton()->isHidden());
     QCOMPARE(m_data.allSessionFiles().size(), 1);
-
     EmulatorProcess second;
     QVERIFY(second.start({"--link", replugged}));
-    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Shown::Play, WinMs);
-}
-
-void SessionViewTest::demoScriptPlaysToItsEnd()
-{
-    QVERIFY(m_data.copyScript(QStringLiteral(TARVELO_DEMO_SCRIPT)));
-    EmulatorProcess emulator;
-    QVERIFY(emulator.start({"--speed", "100"}));
-    setExtraPorts({emulator.path()});
-    Window w;
-    QCOMPARE(w.scriptPage->scriptCombo()->currentText(), QStringLiteral("Демо"));
-    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Shown::Play, WinMs);
-    QSignalSpy finished(w.model(), &TarveloModel::sessionFinished);
-    w.click(true);
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PlayMs);
-    QCOMPARE(emulator.reports().last(), QStringLiteral("scriptFinished"));
-    QVERIFY(w.model()->session()->stages().size() >= 4);
-    QVERIFY(w.view()->titleLabel()->text().contains(QStringLiteral("Демо")));
-    QVERIFY(w.view()->reportLabel()->text().contains(Finished));
-    QVERIFY(!w.view()->exportTable().isEmpty());
-    QCOMPARE(m_data.allSessionFiles().size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Window::Play, WinMs);
 }
 
 void SessionViewTest::viewWithoutModelShowsAStoredSession()
 {
-    // The live view of a model beside a view without one, as on the subject page.
+    // A view without a model, as on the subject page, beside the live view of a model.
     m_model = std::make_unique<TarveloModel>();
     TarveloSessionWidget live(m_model.get());
     TarveloSessionWidget stored(nullptr);
-    QVERIFY(stored.recordCheckBox()->isHidden() && stored.exportButton()->isHidden());
-    QVERIFY(stored.titleLabel()->isHidden());
-
+    QVERIFY(stored.titleLabel()->isHidden() && stored.exportButton()->isHidden());
     const std::unique_ptr<TarveloSession> loaded(
         TarveloSession::load(TestFiles::dataPath(QStringLiteral("example.session"))));
     loaded->setLoaded(true);
     stored.setSession(loaded.get());
     QVERIFY(stored.titleLabel()->text().contains(QStringLiteral("Проба")));
     QVERIFY(!stored.titleLabel()->isHidden() && !stored.exportButton()->isHidden());
-    QVERIFY(stored.recordCheckBox()->isHidden());
     QVERIFY(!stored.reportLabel()->text().contains(Finished)); // not stored in the file
-    QVERIFY(!stored.exportTable().isEmpty());
-
-    // Whatever is set, a view without a model never offers the box.
-    TarveloSession running;
-    stored.setSession(&running);
-    QVERIFY(stored.recordCheckBox()->isHidden() && stored.exportButton()->isHidden());
+    // Whatever it shows, a view without a model never offers the box.
+    QVERIFY(stored.recordCheckBox()->isHidden() && !live.recordCheckBox()->isHidden());
     stored.setSession(nullptr);
-    QVERIFY(stored.titleLabel()->isHidden() && stored.exportButton()->isHidden());
-    QVERIFY(stored.reportLabel()->text().isEmpty());
-    // The live view was never touched by any of it.
-    QVERIFY(!live.recordCheckBox()->isHidden() && !live.session());
-
+    QVERIFY(stored.titleLabel()->isHidden() && stored.reportLabel()->text().isEmpty());
+    QVERIFY(!live.session());
     PageSession page(nullptr);
     QCOMPARE(page.sessionWidget(), nullptr);
-    QCOMPARE(page.playButton()->count(), 0);
 }
 
-AnsweredView *SessionViewTest::exportingView(const QString &answer, const QString &filter)
+AnsweredView *SessionViewTest::exportingView()
 {
-    if (!m_model)
-        m_model = std::make_unique<TarveloModel>();
-    m_view = std::make_unique<AnsweredView>(nullptr);
-    m_view->answer = answer.isEmpty() ? QString() : m_out->filePath(answer);
-    m_view->answerFilter = filter;
-    return m_view.get();
-}
-
-void SessionViewTest::offeredFolderAndFilterFallBack_data()
-{
-    QTest::addColumn<QString>("folder"); // kept, deleted, file or none
-    QTest::addColumn<QString>("filter");
-    QTest::addColumn<QString>("offered");
-    QTest::newRow("nothing remembered") << "none" << QString() << Xlsx;
-    QTest::newRow("folder and PDF") << "kept" << Pdf << Pdf;
-    QTest::newRow("deleted folder") << "deleted" << Csv << Csv;
-    QTest::newRow("a file, not a folder") << "kept/file" << Csv << Csv;
-    QTest::newRow("unknown filter") << "kept"
-                                    << "Word (*.docx)" << Xlsx;
-    QTest::newRow("filter in another case") << "kept"
-                                            << "csv (*.csv)" << Xlsx;
-}
-
-// A cancelled dialog: what it was offered, and that nothing changed.
-void SessionViewTest::offeredFolderAndFilterFallBack()
-{
-    QFETCH(QString, folder);
-    QFETCH(QString, filter);
-    QFETCH(QString, offered);
-    QVERIFY(QDir().mkpath(m_out->filePath("kept")));
-    TestFiles::write(m_out->filePath("kept/file"), "x");
-    AnsweredView *view = exportingView(QString(), Pdf);
-    TarveloSettings *settings = m_model->settings();
-    settings->setLastExportFolder(folder == "none" ? QString() : m_out->filePath(folder));
-    settings->setLastExportFilter(filter);
-    // The view of the subject page has no model of its own: the subject is the application's.
+    m_model = std::make_unique<TarveloModel>();
+    // The subject is the application's, also for a view without a model of its own.
     m_data.addSubject(QStringLiteral("Сидоров"), Guid);
     m_model->reloadUsers();
     m_model->selectUser(Guid);
+    m_view = std::make_unique<AnsweredView>(nullptr);
+    m_session.reset(SessionFixtures::reportSession());
+    m_view->setSession(m_session.get());
+    m_view->exportSession(); // still running: no dialog
+    m_session->setFinished(true);
+    m_view->updateReport();
+    return m_view.get();
+}
+
+void SessionViewTest::exportDialog()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, filter);
+    QFETCH(QString, offeredFolder);
+    QFETCH(QString, offeredFilter);
+    TestFiles::write(m_out->filePath("kept/file"), "x");
+    AnsweredView *view = exportingView();
+    QVERIFY(view->offered.isEmpty());
+    m_model->settings()->setLastExportFolder(folder.isEmpty() ? folder : m_out->filePath(folder));
+    m_model->settings()->setLastExportFilter(filter);
     const QByteArray stored = m_data.storedSettings();
-    const std::unique_ptr<TarveloSession> session(reportSession());
-    view->setSession(session.get());
+    // The operator switches to PDF, then cancels.
+    view->answerFilter = QStringLiteral("PDF (*.pdf)");
     view->exportSession();
-    QCOMPARE(view->dialogs, 0); // still running
-    session->setFinished(true);
-    view->exportSession();
-    const QString offeredFolder = folder == "kept" ? m_out->filePath("kept") : m_data.documents();
-    QCOMPARE(view->offeredPath, offeredFolder + "/Сидоров - Проба - 2024-03-05 14.20");
-    QCOMPARE(view->offeredFilter, offered);
+    const QString expectedFolder =
+        offeredFolder == "documents" ? m_data.documents() : m_out->filePath(offeredFolder);
+    QCOMPARE(view->offered,
+             expectedFolder + "/Сидоров - Проба - 2024-03-05 14.20 | " + offeredFilter
+                 + " of XLSX (*.xlsx), CSV (*.csv), PDF (*.pdf)");
     QCOMPARE(m_data.storedSettings(), stored);
-    QVERIFY(m_launched.isEmpty() && m_messages.isEmpty());
+    QVERIFY(m_launched.isEmpty() && m_warnings.isEmpty());
 }
 
-void SessionViewTest::chosenFolderAndFilterAreRemembered()
-{
-    QVERIFY(QDir().mkpath(m_out->filePath("chosen")) && QDir().mkpath(m_out->filePath("other")));
-    // A detour in the path is not part of the remembered folder.
-    AnsweredView *view = exportingView(QStringLiteral("other/../chosen/report.csv"), Csv);
-    m_model->settings()->setExportBehavior(TarveloSettings::OnExport_DoNothing);
-    QSignalSpy folder(m_model->settings(), &TarveloSettings::changedLastExportFolder);
-    const std::unique_ptr<TarveloSession> session(reportSession());
-    session->setFinished(true);
-    view->setSession(session.get());
-    view->exportSession();
-    QVERIFY(QFile::exists(m_out->filePath("chosen/report.csv")));
-    // Stored at once, for the next start of the program.
-    TarveloSettings stored;
-    QVERIFY(stored.reload());
-    QCOMPARE(stored.getLastExportFolder(), m_out->filePath("chosen"));
-    QCOMPARE(stored.getLastExportFilter(), Csv);
-
-    // The next export offers them, and the same choice announces nothing again.
-    view->answer = m_out->filePath("chosen/again.csv");
-    view->answerFilter.clear();
-    view->exportSession();
-    QCOMPARE(view->offeredPath, m_out->filePath("chosen/Проба - 2024-03-05 14.20"));
-    QCOMPARE(view->offeredFilter, Csv);
-    QVERIFY(QFile::exists(view->answer));
-    QCOMPARE(folder.count(), 1);
-}
-
-void SessionViewTest::exportWritesWhatTheFilterSays_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("filter");
-    QTest::addColumn<int>("behavior");
-    QTest::addColumn<QByteArray>("start");
-    QTest::addColumn<int>("launched"); // DesktopShell::Action, -1 for none
-    const QByteArray zip("PK\x03\x04", 4);
-    const int openFile = int(DesktopShell::Action::OpenFile);
-    QTest::newRow(".csv under XLSX, then opened")
-        << "report.csv" << Xlsx << int(TarveloSettings::OnExport_OpenFile) << zip << openFile;
-    QTest::newRow(".xlsx under CSV, then shown in the folder")
-        << "report.xlsx" << Csv << int(TarveloSettings::OnExport_OpenFolder)
-        << QByteArray("\xEF\xBB\xBF"
-                      "2024-03-05 14.20\r\n")
-        << int(DesktopShell::Action::ShowInFolder);
-    QTest::newRow(".csv under PDF, nothing after")
-        << "report.csv" << Pdf << int(TarveloSettings::OnExport_DoNothing) << QByteArray("%PDF-")
-        << -1;
-    // The printer reports nothing back: the action follows all the same.
-    QTest::newRow("PDF into a missing folder")
-        << "missing/report.pdf" << Pdf << int(TarveloSettings::OnExport_OpenFile) << QByteArray()
-        << openFile;
-}
-
-void SessionViewTest::exportWritesWhatTheFilterSays()
+void SessionViewTest::exportFiles()
 {
     QFETCH(QString, name);
     QFETCH(QString, filter);
-    QFETCH(int, behavior);
+    QFETCH(QString, behavior);
     QFETCH(QByteArray, start);
-    QFETCH(int, launched);
-    AnsweredView *view = exportingView(name, filter);
-    m_model->settings()->setExportBehavior(TarveloSettings::ExportBehaviorOption(behavior));
-    const std::unique_ptr<TarveloSession> session(reportSession());
-    session->setFinished(true);
-    view->setSession(session.get());
+    QFETCH(QString, launched);
+    QFETCH(bool, warning);
+    QFETCH(QString, remembered);
+    AnsweredView *view = exportingView();
+    QVERIFY(m_model->settings()->setTextValue(QStringLiteral("ExportBehavior"), behavior));
+    view->answer = m_out->filePath(name);
+    view->answerFilter = filter;
     view->exportSession();
-    // The name stands as typed: nothing is added to it.
-    const QByteArray bytes = TestFiles::read(view->answer);
-    QVERIFY2(bytes.startsWith(start) && bytes.isEmpty() == start.isEmpty(), bytes.left(16).toHex());
-    QCOMPARE(m_launched.size(), launched < 0 ? 0 : 1);
-    if (launched >= 0)
-        QCOMPARE(m_launched.first(), qMakePair(DesktopShell::Action(launched), view->answer));
-    QVERIFY(m_messages.isEmpty());
-    if (filter == Xlsx)
+    // The name stands as typed, and the filter alone decides the format.
+    const QByteArray bytes = QFileInfo(view->answer).isFile() ? TestFiles::read(view->answer) : "";
+    QVERIFY2(bytes.startsWith(start) && bytes.isEmpty() == start.isEmpty(), bytes.left(40));
+    QCOMPARE(m_launched,
+             launched.isEmpty() ? QStringList() : QStringList {launched + ' ' + view->answer});
+    QCOMPARE(m_warnings,
+             warning ? QStringList {"Ошибка сохранения \"" + view->answer + '"'} : QStringList());
+    // Remembered before writing, so a failed write still moves the folder.
+    TarveloSettings stored;
+    QVERIFY(stored.reload());
+    QCOMPARE(stored.getLastExportFolder(), m_out->filePath(remembered));
+    QCOMPARE(stored.getLastExportFilter(), filter);
+    if (filter.startsWith(QLatin1String("XLSX")) && !warning)
         QCOMPARE(readXlsxBack(view->answer).value("active").toString(),
                  QStringLiteral("2024-03-05 14.20"));
 }
 
-void SessionViewTest::failedWriteWarnsAndStillMovesTheFolder()
-{
-    QVERIFY(QDir().mkpath(m_out->filePath("taken")));
-    const std::unique_ptr<TarveloSession> session(reportSession());
-    session->setFinished(true);
-    for (const QString &filter : {Xlsx, Csv}) {
-        for (const QString &target : {QStringLiteral("missing/report"), QStringLiteral("taken")}) {
-            m_launched.clear();
-            m_messages.clear();
-            AnsweredView *view = exportingView(target, filter);
-            view->setSession(session.get());
-            view->exportSession();
-            QCOMPARE(m_messages, QStringList {"Ошибка сохранения \"" + view->answer + '"'});
-            QVERIFY(m_launched.isEmpty() && !QFileInfo(view->answer).isFile());
-            QCOMPARE(m_model->settings()->getLastExportFolder(),
-                     QFileInfo(view->answer).absolutePath());
-        }
-    }
-}
-
-void SessionViewTest::pdfHasTheHeadingsAndTheReportOnA4()
+void SessionViewTest::pdfHasTheHeadingsAndTheReportOnA4Pages()
 {
     if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty())
         QSKIP("pdfinfo and pdftotext (poppler-utils) read the PDF back");
-    m_model = std::make_unique<TarveloModel>();
+    AnsweredView *view = exportingView();
     m_model->settings()->setExportBehavior(TarveloSettings::OnExport_DoNothing);
-    m_data.addSubject(QStringLiteral("Сидоров"), Guid);
-    m_model->reloadUsers();
-    m_model->selectUser(Guid);
-    AnsweredView *view = exportingView(QStringLiteral("report.pdf"), Pdf);
-    const std::unique_ptr<TarveloSession> session(reportSession());
-    session->setFinished(true);
-    view->setSession(session.get());
+    view->answer = m_out->filePath(QStringLiteral("report.pdf"));
+    view->answerFilter = QStringLiteral("PDF (*.pdf)");
     view->exportSession();
-    QVERIFY(a4Pages(view->answer, 1));
-    const QStringList lines = pdfLines(view->answer);
-    QVERIFY(lines.size() > 2);
-    QCOMPARE(lines.mid(0, 2), (QStringList {"Сидоров", "Сессия Проба (2024/03/05 14:20)"}));
-    // Figures of the stage table, the statistics and the matrix, as the report shows them;
-    // narrow columns break longer words, so these are short ones.
+    const QString text = pdfText(view->answer);
+    QVERIFY2(text.startsWith("Сидоров Сессия Проба (2024/03/05 14:20) №"), qPrintable(text));
+    // Figures of the stage table, the statistics and the matrix, as the report shows them.
     for (const char *figure :
          {"3/3", "2/4", "0.800", "0.370", "nan", "1.29", "Требуемая реакция", "Завершено"})
-        QVERIFY2(lines.join('\n').contains(QString::fromUtf8(figure)), figure);
+        QVERIFY2(text.contains(QString::fromUtf8(figure)), figure);
+    const int pages = a4Pages(view->answer);
+    QVERIFY(pages > 0);
 
     // A long session without a subject: one heading, every stage on A4 pages.
     m_model->selectUser(QString());
-    const std::unique_ptr<TarveloSession> large(largeSession(45, 30));
-    view->answer = m_out->filePath(QStringLiteral("long.pdf"));
-    view->setSession(large.get());
+    TarveloSession large;
+    large.setScriptTitle(QStringLiteral("Длинный сценарий"));
+    large.setStart(SessionFixtures::exampleStart());
+    large.setFinished(true);
+    for (int i = 0; i < 45; ++i) {
+        large.addStage(SessionFixtures::stage(i, 30, "+1", {}));
+        for (int j = 0; j < 30; ++j)
+            large.stages().constLast()->addStep(SessionFixtures::step(1, 2, true, 300, 800));
+    }
+    view->setSession(&large);
     view->exportSession();
-    QVERIFY(a4Pages(view->answer, 2));
-    const QString text = pdfLines(view->answer).join('\n');
-    QVERIFY(text.startsWith(QStringLiteral("Сессия Длинный сценарий (2024/03/05 14:20)\n№")));
-    QCOMPARE(text.count(QStringLiteral("30/30")), 45);
-    QVERIFY(text.contains(Finished));
+    QVERIFY(pdfText(view->answer).startsWith("Сессия Длинный сценарий (2024/03/05 14:20) №"));
+    QCOMPARE(pdfText(view->answer).count(QStringLiteral("30/30")), 45);
+    QVERIFY(a4Pages(view->answer) > pages);
 }
 
 // The live view exports what it showed when asked, also if the box starts the next run while
-// the dialog is open; a stored session exports the very table of the live one.
+// the dialog is open.
 void SessionViewTest::exportShowsTheSessionOfTheMomentItWasAskedFor()
 {
-    m_data.addSubject(QStringLiteral("Сидоров"), Guid);
-    m_model = std::make_unique<TarveloModel>();
-    m_model->settings()->setExportBehavior(TarveloSettings::OnExport_DoNothing);
-    m_model->selectUser(Guid);
+    exportingView();
     AnsweredView live(m_model.get());
     live.answer = m_out->filePath(QStringLiteral("live.csv"));
-    live.answerFilter = Csv;
-    for (const char *report :
-         {"scriptStarted=Проба", "stageStarted=0", "stageItems=3", "r=400;s=3;b=3;t=1000;d=1000",
-          "r=500;s=0;b=1;t=1000;d=1200", "r=-1500;s=13;b=10;t=1500;d=900", "stageAction=+1",
-          "stageStarted=1", "stageItems=1", "r=600;s=2;b=4;t=500;d=1000", "scriptFinished"})
+    live.answerFilter = QStringLiteral("CSV (*.csv)");
+    for (const char *report : {"scriptStarted=Проба", "stageStarted=0", "stageItems=1",
+                               "r=400;s=3;b=3;t=1000;d=1000", "scriptFinished"})
         m_model->handleDeviceMessage(QString::fromUtf8(report));
     live.whileOpen = [this] {
         m_model->handleDeviceMessage(QStringLiteral("scriptStarted=Другой"));
@@ -581,18 +418,7 @@ void SessionViewTest::exportShowsTheSessionOfTheMomentItWasAskedFor()
     live.exportSession();
     QCOMPARE(live.session()->scriptTitle(), QStringLiteral("Другой"));
     const QByteArray exported = TestFiles::read(live.answer);
-    QVERIFY(exported.contains("\r\n1;Этап 0;3;1;0;1;1;"));
-    QVERIFY(!exported.contains("Этап 7"));
-
-    const QStringList files = m_data.allSessionFiles();
-    QCOMPARE(files.size(), 1);
-    const std::unique_ptr<TarveloSession> stored(
-        TarveloSession::load(m_data.records() + files.first()));
-    stored->setLoaded(true);
-    AnsweredView *page = exportingView(QStringLiteral("stored.csv"), Csv);
-    page->setSession(stored.get());
-    page->exportSession();
-    QCOMPARE(TestFiles::read(page->answer), exported);
+    QVERIFY(exported.contains("\r\n1;Этап 0;1;1;0;0;0;") && !exported.contains("Этап 7"));
 }
 
 QTEST_MAIN(SessionViewTest)

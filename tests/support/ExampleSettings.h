@@ -11,7 +11,9 @@
 
 // A settings class with the value types and declarations that the program's own two classes
 // don't use: geometry, bytes, a map, a colour, a default computed by a call, a property that
-// resets itself to something else than its declaration, and properties that are not stored.
+// resets itself to something else than its declaration, and properties that are not stored;
+// besides, the texts, limits and bindings an edit form takes from a declaration, some of them
+// ones that don't convert.
 class ExampleSettings : public NTSettings
 {
     Q_OBJECT
@@ -41,16 +43,31 @@ class ExampleSettings : public NTSettings
     Q_PROPERTY(QString Stamp READ getStamp WRITE setStamp RESET resetStamp NOTIFY changedStamp)
     Q_CLASSINFO("StampEditable", "true")
     Q_CLASSINFO("StampDefault", "makeStamp()")
+    Q_CLASSINFO("StampDisplayName", "Zeta")
+    Q_CLASSINFO("StampDescription", "What it is")
+    Q_CLASSINFO("StampPlaceholder", "type here")
+    Q_CLASSINFO("StampPrecision", "")
+    Q_CLASSINFO("StampSpecialType", "PickFile:*.csv:*.txt")
 
     Q_PROPERTY(uchar Level READ getLevel WRITE setLevel RESET resetLevel NOTIFY changedLevel)
     Q_CLASSINFO("LevelEditable", "true")
     Q_CLASSINFO("LevelDefault", "200")
+    Q_CLASSINFO("LevelPriority", "1")
+    Q_CLASSINFO("LevelSuffix", "!-x")
+    Q_CLASSINFO("LevelPrefix", "~")
+    Q_CLASSINFO("LevelCategory", "Numbers")
+    Q_CLASSINFO("LevelMinimum", "QSize(10, 20)")
+    Q_CLASSINFO("LevelMaximum", "lots")
+    Q_CLASSINFO("LevelVisibleBound", "!Flag;Mode:a:b;Other")
+    Q_CLASSINFO("LevelVisibleBinded", "Ignored:true")
 
     // Its own reset gives 7 whatever the declaration says.
     Q_PROPERTY(
         int Counter READ getCounter WRITE setCounter RESET resetCounter NOTIFY changedCounter)
     Q_CLASSINFO("CounterEditable", "true")
     Q_CLASSINFO("CounterDefault", "5")
+    Q_CLASSINFO("CounterReadOnly", "")
+    Q_CLASSINFO("CounterVisibleBinded", "Flag")
 
     // Declared in every other respect, but without Editable=true it is never stored.
     Q_PROPERTY(QString Draft READ getDraft WRITE setDraft RESET resetDraft NOTIFY changedDraft)

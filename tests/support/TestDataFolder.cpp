@@ -37,11 +37,6 @@ bool TestDataFolder::writeScript(const QString &title, const QStringList &stageL
     return QDir().mkpath(scripts()) && script.save(scripts() + title + QStringLiteral(".script"));
 }
 
-bool TestDataFolder::copyScript(const QString &path) const
-{
-    return QDir().mkpath(scripts()) && QFile::copy(path, scripts() + QFileInfo(path).fileName());
-}
-
 QString TestDataFolder::addSubject(const QString &lastName, const QString &guid) const
 {
     TarveloUser user;

@@ -36,7 +36,6 @@ public:
 
     // Writes "<title>.script" with the given stage lines, each as a script file has them.
     bool writeScript(const QString &title, const QStringList &stageLines) const;
-    bool copyScript(const QString &path) const;
     // Files a subject as the subject editor does and returns its folder, with a slash.
     QString addSubject(const QString &lastName, const QString &guid) const;
 

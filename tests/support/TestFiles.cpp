@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTest>
 
 namespace TestFiles {
 
@@ -40,6 +41,90 @@ bool matchesGolden(const QString &name, const QByteArray &actual)
     qWarning().noquote() << "differs from the golden file; compare" << dataPath(name) << "with"
                          << path;
     return false;
+}
+
+namespace {
+QByteArray unescaped(const QByteArray &text)
+{
+    static const QMap<char, char> simple {{'n', '\n'}, {'r', '\r'}, {'t', '\t'}};
+    QByteArray bytes;
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.at(i) != '\\' || i + 1 == text.size()) {
+            bytes += text.at(i);
+        } else if (text.at(i + 1) == 'x') {
+            bytes += char(text.mid(i + 2, 2).toInt(nullptr, 16));
+            i += 3;
+        } else {
+            const char escaped = text.at(++i);
+            bytes += simple.value(escaped, escaped);
+        }
+    }
+    return bytes;
+}
+
+QList<QByteArray> split(const QByteArray &text, const QByteArray &separator)
+{
+    QList<QByteArray> pieces;
+    int from = 0;
+    for (int at = text.indexOf(separator); at >= 0; at = text.indexOf(separator, from)) {
+        pieces << text.mid(from, at - from);
+        from = at + separator.size();
+    }
+    return pieces << text.mid(from);
+}
+
+void addColumn(QTestData &row, const QByteArray &type, const QByteArray &value)
+{
+    if (type == "text") {
+        row << QString::fromUtf8(unescaped(value));
+    } else if (type == "bytes") {
+        row << unescaped(value);
+    } else if (type == "int") {
+        row << value.toInt();
+    } else if (type == "double") {
+        row << value.toDouble();
+    } else if (type == "bool") {
+        row << (value == "true");
+    } else if (type == "ints") {
+        QList<int> list;
+        for (const QByteArray &item : split(value, " , "))
+            list << item.toInt();
+        row << (value.isEmpty() ? QList<int>() : list);
+    } else {
+        QStringList list;
+        for (const QByteArray &item : split(value, " , "))
+            list << QString::fromUtf8(unescaped(item));
+        row << (value.isEmpty() ? QStringList() : list);
+    }
+}
+} // namespace
+
+void addRows(const QString &name)
+{
+    static const QMap<QByteArray, int> typeIds {
+        {"text", QMetaType::QString},     {"bytes", QMetaType::QByteArray},
+        {"int", QMetaType::Int},          {"double", QMetaType::Double},
+        {"bool", QMetaType::Bool},        {"ints", qMetaTypeId<QList<int>>()},
+        {"texts", QMetaType::QStringList}};
+    QList<QByteArray> types;
+    for (const QByteArray &line : read(dataPath(name)).split('\n')) {
+        if (line.trimmed().isEmpty() || line.startsWith('#'))
+            continue;
+        const QList<QByteArray> columns = split(line, " | ");
+        if (!types.isEmpty()) {
+            QTestData &row = QTest::newRow(columns.constFirst().constData());
+            for (int i = 0; i < types.size(); ++i)
+                addColumn(row, types.at(i), columns.value(i + 1));
+            continue;
+        }
+        // The table keeps the names' pointers.
+        static QList<QByteArray> names;
+        for (const QByteArray &column : columns) {
+            types << column.mid(column.indexOf(':') + 1);
+            names << column.left(column.indexOf(':'));
+            QTest::addColumnInternal(typeIds.value(types.last()), names.last().constData());
+        }
+    }
 }
 
 } // namespace TestFiles

@@ -22,6 +22,13 @@ QString dataPath(const QString &name);
 // the environment they replace the golden file instead.
 bool matchesGolden(const QString &name, const QByteArray &actual);
 
+// Adds the rows of the table tests/data/<name> to the running _data function. Its first line
+// names the columns and their types (text, bytes, int, double, bool, ints, texts), as in
+// "line:text | steps:int"; every further line is a row: its name, then its columns, all parted
+// by " | ". A column may hold C escapes (\n, \r, \t, \\, \xHH); the lists ints and texts are
+// parted by " , ". Blank lines and lines starting with "#" are left out.
+void addRows(const QString &name);
+
 } // namespace TestFiles
 
 // While it lives, every write of the process stops at this many bytes per file, as on a full
