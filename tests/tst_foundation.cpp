@@ -4,11 +4,7 @@
 #include "foundation/TextHelper.h"
 #include "support/TestFiles.h"
 
-#include <QDir>
-#include <QTemporaryDir>
 #include <QtTest>
-
-#include <cmath>
 
 namespace {
 void touch(const QString &path)

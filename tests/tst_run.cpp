@@ -9,9 +9,6 @@
 #include "support/TestDataFolder.h"
 #include "tools/devsim/TransferRule.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <memory>
@@ -26,37 +23,23 @@ const QMap<QString, QString> Guids {{"A", "4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10"
 const QMap<QString, QString> Names {{"A", "Иванов"}, {"B", "Петров"}};
 const QString Expected = QStringLiteral("== expected\n");
 
-QString describeStep(const QJsonObject &step)
-{
-    QString text;
-    for (const char *key : {"s", "b", "b2", "r", "t", "d"})
-        text += QStringLiteral("%1=%2 ").arg(key).arg(step.value(key).toInt());
-    return text + QStringLiteral("v=%1").arg(step.value("v").toBool());
-}
-
-// A session as a file would hold it, the times of the run left out, with each stage's counts.
+// A session without the times of its run, each stage with its counts.
 QString describe(const TarveloSession &session, const QString &indent)
 {
-    const QJsonObject json = session.toJson();
-    QString text = indent + "title \"" + json.value("scriptTitle").toString() + "\", subject \""
-        + json.value("userName").toString() + "\" " + json.value("userGUID").toString() + '\n';
-    const QJsonArray stages = json.value("stages").toArray();
-    for (int i = 0; i < stages.size(); ++i) {
-        const QJsonObject stage = stages.at(i).toObject();
-        const SessionStage *live = session.stages().at(i);
+    QString text = indent + "title \"" + session.scriptTitle() + "\", subject \""
+        + session.userName() + "\" " + session.userGUID() + '\n';
+    for (const SessionStage *stage : session.stages()) {
         text += indent
-            + QStringLiteral(
-                  "  stage %1 of %2 steps, action \"%3\": %4 correct, %5 late, %6 wrong, "
-                  "%7 missed\n")
-                  .arg(stage.value("index").toInt())
-                  .arg(stage.value("stepCount").toInt())
-                  .arg(stage.value("action").toString())
-                  .arg(live->correctCount())
-                  .arg(live->lateCount())
-                  .arg(live->errorCount())
-                  .arg(live->missedCount());
-        for (const QJsonValue &step : stage.value("steps").toArray())
-            text += indent + "    " + describeStep(step.toObject()) + '\n';
+            + QStringLiteral("  stage %1 of %2 steps, action \"%3\": ")
+                  .arg(stage->index)
+                  .arg(stage->stepCount)
+                  .arg(stage->action)
+            + QString::asprintf("%d correct, %d late, %d wrong, %d missed\n", stage->correctCount(),
+                                stage->lateCount(), stage->errorCount(), stage->missedCount());
+        for (const SessionStep *step : stage->steps())
+            text += indent
+                + QString::asprintf("    s=%d b=%d b2=%d r=%d t=%d d=%d v=%d\n", step->s, step->b,
+                                    step->b2, step->r, step->t, step->d, step->v);
     }
     return text;
 }
@@ -310,13 +293,9 @@ void RunTest::compareWithReports(const QStringList &reports)
         told << StageStarted + QString::number(stage->index)
              << StageItems + QString::number(stage->stepCount);
         for (const SessionStep *step : stage->steps())
-            told << QStringLiteral("r=%1;b=%2;b2=%3;s=%4;t=%5;d=%6")
-                        .arg(step->v ? step->r : -step->r)
-                        .arg(step->b)
-                        .arg(step->b2)
-                        .arg(step->s)
-                        .arg(step->t)
-                        .arg(step->d);
+            told << QString::asprintf("r=%d;b=%d;b2=%d;s=%d;t=%d;d=%d",
+                                      step->v ? step->r : -step->r, step->b, step->b2, step->s,
+                                      step->t, step->d);
         if (!stage->action.isEmpty())
             told << StageAction + stage->action;
     }

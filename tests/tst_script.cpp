@@ -2,8 +2,6 @@
 #include "data/TarveloScript.h"
 #include "support/TestFiles.h"
 
-#include <QSet>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -15,35 +13,20 @@ private slots:
     void exampleIsWrittenByteForByteAndReadsBack();
     void textReadsAs_data() { TestFiles::addRows(QStringLiteral("tables/script.txt")); }
     void textReadsAs();
-    void generatedNeighboursNeverRepeat();
-    void generatedTimesAreWholeHundredsBelowTheUpperBound_data();
-    void generatedTimesAreWholeHundredsBelowTheUpperBound();
+    void generatedNeighboursNeverRepeatAndTimesAreWholeHundreds();
     void degeneratePoolsEndTheDraw();
 };
 
 void ScriptTest::exampleIsWrittenByteForByteAndReadsBack()
 {
-    // Built from scratch, not read: the writer alone must produce the file.
     TarveloScript script;
     script.setTitle(QStringLiteral("Проба"));
     script.setDescription(QStringLiteral("Две ступени"));
     script.setMessage(QStringLiteral("Нажимайте кнопку цвета лампы"));
-    auto *first = new ScriptStage;
-    for (const auto &[key, value] : {std::pair {"stop", "5"},
-                                     {"s-2", "4"},
-                                     {"s-1", "3"},
-                                     {"s-0", "2"},
-                                     {"s+1", "1"},
-                                     {"s+2", "0"},
-                                     {"rpt", "3"}})
-        first->setValue(QString::fromLatin1(key), QString::fromLatin1(value));
-    first->steps << new ScriptStep {1000, 2000, 3} << new ScriptStep {700, 1500, 13};
-    auto *second = new ScriptStage;
-    second->sp2 = QStringLiteral("0");
-    second->maxRepeats = 1;
-    second->steps << new ScriptStep {1000, 2000, 10};
-    script.addStage(first);
-    script.addStage(second);
+    // Stage lines in another order, without the derived buttons and times left to defaults.
+    script.addStage(ScriptStage::fromText("rpt=3;s+2=0;s+1=1;s-0=2;s-1=3;s-2=4;stop=5;[s=3]"
+                                          "[s=13,t=1500,d=700]"));
+    script.addStage(ScriptStage::fromText("s+2=0;rpt=1;[s=10]"));
     QVERIFY(!script.save()); // no file of its own yet
 
     QTemporaryDir dir;
@@ -78,14 +61,18 @@ void ScriptTest::textReadsAs()
     QCOMPARE(actual, expected);
 }
 
-void ScriptTest::generatedNeighboursNeverRepeat()
+void ScriptTest::generatedNeighboursNeverRepeatAndTimesAreWholeHundreds()
 {
     const QList<int> pool {0, 5, 12};
     QSet<int> seen;
+    QSet<int> durations;
     for (int run = 0; run < 200; ++run) {
-        const std::unique_ptr<ScriptStage> stage(ScriptStage::generate(30, pool, 2000, 1000, 0, 0));
+        const std::unique_ptr<ScriptStage> stage(
+            ScriptStage::generate(30, pool, 1050, 250, 400, 0));
         QCOMPARE(stage->steps.size(), 30);
         for (int i = 0; i < stage->steps.size(); ++i) {
+            durations << stage->steps[i]->duration;
+            QCOMPARE(stage->steps[i]->delay, 250); // no jitter: the time itself
             QVERIFY(pool.contains(stage->steps[i]->stimulus));
             seen << stage->steps[i]->stimulus;
             if (i > 0)
@@ -93,38 +80,8 @@ void ScriptTest::generatedNeighboursNeverRepeat()
         }
     }
     QCOMPARE(seen.size(), pool.size());
-}
-
-void ScriptTest::generatedTimesAreWholeHundredsBelowTheUpperBound_data()
-{
-    QTest::addColumn<int>("base");
-    QTest::addColumn<int>("jitter");
-    QTest::addColumn<QList<int>>("possible");
-    QTest::newRow("1000 + 500") << 1000 << 500 << QList<int> {1000, 1100, 1200, 1300, 1400};
-    QTest::newRow("1050 + 100 collapses below the base") << 1050 << 100 << QList<int> {1000};
-    QTest::newRow("250 + 200") << 250 << 200 << QList<int> {200, 300};
-    QTest::newRow("no jitter is exact") << 1234 << 0 << QList<int> {1234};
-}
-
-void ScriptTest::generatedTimesAreWholeHundredsBelowTheUpperBound()
-{
-    QFETCH(int, base);
-    QFETCH(int, jitter);
-    QFETCH(QList<int>, possible);
-    QSet<int> delays;
-    QSet<int> durations;
-    for (int run = 0; run < 100; ++run) {
-        const std::unique_ptr<ScriptStage> stage(
-            ScriptStage::generate(20, {1, 2}, base, base, jitter, jitter));
-        for (const ScriptStep *step : stage->steps) {
-            delays << step->delay;
-            durations << step->duration;
-        }
-    }
-    // 2000 draws over at most five values: every value shows, and no other.
-    const QSet<int> expected(possible.cbegin(), possible.cend());
-    QCOMPARE(delays, expected);
-    QCOMPARE(durations, expected);
+    // Whole hundreds drawn from [1050, 1450): the lower bound falls to 1000, the upper is out.
+    QCOMPARE(durations, (QSet<int> {1000, 1100, 1200, 1300}));
 }
 
 void ScriptTest::degeneratePoolsEndTheDraw()

@@ -3,9 +3,6 @@
 #include "support/SessionFixtures.h"
 #include "support/XlsxReadBack.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -69,11 +66,6 @@ private slots:
     void exampleIsWrittenByteForByteAndReadsBack();
     void damagedFilesRead_data() { TestFiles::addRows(QStringLiteral("tables/session_files.txt")); }
     void damagedFilesRead();
-    void stepsAreClassedMissedBeforeLateBeforeError_data()
-    {
-        TestFiles::addRows(QStringLiteral("tables/step_outcomes.txt"));
-    }
-    void stepsAreClassedMissedBeforeLateBeforeError();
     void reportMatchesTheGoldenText();
     void exportTablesMatchTheGoldenFile();
     void exportedFilesMatchTheGoldenFiles();
@@ -116,30 +108,6 @@ void SessionTest::damagedFilesRead()
     const std::unique_ptr<TarveloSession> again(
         TarveloSession::fromJson(QJsonDocument(session->toJson()).toJson()));
     QCOMPARE(again->toJson(), session->toJson());
-}
-
-void SessionTest::stepsAreClassedMissedBeforeLateBeforeError()
-{
-    QFETCH(int, b);
-    QFETCH(int, b2);
-    QFETCH(bool, v);
-    QFETCH(int, r);
-    QFETCH(int, t);
-    QFETCH(QString, outcome);
-    SessionStage stage;
-    auto *step = new SessionStep;
-    step->b = b;
-    step->b2 = b2;
-    step->v = v;
-    step->r = r;
-    step->t = t;
-    stage.addStep(step);
-    const QStringList kinds {"correct", "late", "wrong", "missed"};
-    QCOMPARE(kinds.value(step->outcome()), outcome);
-    const QList<int> counts {stage.correctCount(), stage.lateCount(), stage.errorCount(),
-                             stage.missedCount()};
-    QCOMPARE(kinds.value(counts.indexOf(1)), outcome);
-    QCOMPARE(counts.count(0), 3);
 }
 
 void SessionTest::reportMatchesTheGoldenText()

@@ -11,14 +11,12 @@
 #include "support/TestDataFolder.h"
 #include "support/XlsxReadBack.h"
 #include "ui/MainWindow.h"
-#include "ui/PageScript.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QtTest>
 
 #include <functional>
@@ -31,38 +29,30 @@ const QString Guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
 const QString TrialStage = "rpt=0;" + QStringLiteral("[s=1,t=1500,d=1000]").repeated(6);
 const QStringList TrialStages {TrialStage, TrialStage, TrialStage};
 
-// The window, and the play/stop stacks of its two headers as the operator sees them.
-struct Window
+PlayScriptStopSessionButton *stack(const MainWindow &window, int page)
 {
-    enum Shown { Play, PlayDisabled, Stop, Mixed };
-    Window()
-    {
-        window.setWindowState(Qt::WindowNoState);
-        window.show();
-    }
-    PlayScriptStopSessionButton *stack(int page) const
-    {
-        return qobject_cast<HeaderedWidget *>(window.tabs()->widget(page))->playButton();
-    }
-    static Shown shownBy(PlayScriptStopSessionButton *stack)
-    {
-        if (stack->currentWidget() == stack->stopButton())
-            return Stop;
-        return stack->playButton()->isEnabled() ? Play : PlayDisabled;
-    }
-    Shown shown() const
-    {
-        const Shown first = shownBy(stack(MainWindow::ScriptPage));
-        return first == shownBy(stack(MainWindow::SessionPage)) ? first : Mixed;
-    }
-    TarveloSessionWidget *view() const
-    {
-        return qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage))
-            ->sessionWidget();
-    }
+    return qobject_cast<HeaderedWidget *>(window.tabs()->widget(page))->playButton();
+}
 
-    MainWindow window;
-};
+// The play/stop stacks of both headers, as the operator sees them: "play", "off" (play is
+// disabled), "stop", or "mixed" when the two differ.
+QString shown(const MainWindow &window)
+{
+    QStringList states;
+    for (int page : {MainWindow::ScriptPage, MainWindow::SessionPage}) {
+        const PlayScriptStopSessionButton *both = stack(window, page);
+        states << (both->currentWidget() == both->stopButton() ? "stop"
+                       : both->playButton()->isEnabled()       ? "play"
+                                                               : "off");
+    }
+    return states.first() == states.last() ? states.first() : QStringLiteral("mixed");
+}
+
+TarveloSessionWidget *view(const MainWindow &window)
+{
+    return qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage))
+        ->sessionWidget();
+}
 
 // The session view with its save dialog answered by the test: it keeps what the dialog was
 // offered and answers with a file name (empty: cancelled) and, when set, a filter.
@@ -184,17 +174,17 @@ void SessionViewTest::headersFollowTheScriptTheLinkAndTheSession()
     setExtraPorts({box.path()});
     for (const char *title : {"Альфа", "Бета"})
         QVERIFY(m_data.writeScript(QString::fromUtf8(title), TrialStages));
-    Window w;
-    TarveloModel *model = w.window.model();
-    QCOMPARE(w.shown(), Window::PlayDisabled); // no link yet
+    MainWindow window;
+    window.show();
+    TarveloModel *model = window.model();
+    QCOMPARE(shown(window), "off"); // no link yet
     QTRY_VERIFY_WITH_TIMEOUT(model->device()->isConnected(), WinMs);
-    QCOMPARE(w.shown(), Window::Play);
+    QCOMPARE(shown(window), "play");
 
     // A script picked in one header shows in both. The current script deleted from outside: the
     // list no longer has it and shows nothing.
-    auto *scripts = qobject_cast<HeaderedWidget *>(w.window.tabs()->widget(0))->scriptCombo();
-    auto *sessionScripts =
-        qobject_cast<HeaderedWidget *>(w.window.tabs()->widget(1))->scriptCombo();
+    auto *scripts = qobject_cast<HeaderedWidget *>(window.tabs()->widget(0))->scriptCombo();
+    auto *sessionScripts = qobject_cast<HeaderedWidget *>(window.tabs()->widget(1))->scriptCombo();
     QCOMPARE(scripts->count(), 2);
     sessionScripts->setCurrentIndex(sessionScripts->findText(QStringLiteral("Бета")));
     QCOMPARE(scripts->currentText(), QStringLiteral("Бета"));
@@ -207,37 +197,39 @@ void SessionViewTest::headersFollowTheScriptTheLinkAndTheSession()
 
     // No session yet: the box alone, an empty report. A tick without a session ticks the box
     // and nothing else; the next update puts it back.
-    TarveloSessionWidget *view = w.view();
-    QCheckBox *record = view->recordCheckBox();
-    QVERIFY(!record->isHidden() && view->exportButton()->isHidden());
-    QVERIFY(view->titleLabel()->isHidden() && view->reportLabel()->text().isEmpty());
+    TarveloSessionWidget *live = view(window);
+    QCheckBox *record = live->recordCheckBox();
+    QVERIFY(!record->isHidden() && live->exportButton()->isHidden());
+    QVERIFY(live->titleLabel()->isHidden() && live->reportLabel()->text().isEmpty());
     QTest::mouseClick(record, Qt::LeftButton);
     box.send(QStringLiteral("scriptStarted=Проба"));
-    QTRY_COMPARE(w.shown(), Window::Stop);
-    QCOMPARE(w.window.tabs()->currentIndex(), int(MainWindow::SessionPage));
-    QVERIFY(!record->isChecked() && !record->isHidden() && view->exportButton()->isHidden());
-    QVERIFY(view->titleLabel()->text().contains(QStringLiteral("Проба")));
+    QTRY_COMPARE(shown(window), "stop");
+    QCOMPARE(window.tabs()->currentIndex(), int(MainWindow::SessionPage));
+    QVERIFY(!record->isChecked() && !record->isHidden() && live->exportButton()->isHidden());
+    QVERIFY(live->titleLabel()->text().contains(QStringLiteral("Проба")));
     for (const char *report : {"stageStarted=0", "stageItems=2", "r=412;b=2;s=1;t=1500;d=1000"})
         box.send(QString::fromLatin1(report));
-    QTRY_VERIFY(view->reportLabel()->text().contains(QStringLiteral("1/2</td>")));
+    QTRY_VERIFY(live->reportLabel()->text().contains(QStringLiteral("1/2</td>")));
 
     // Ticked during the run, then stopped: nothing is written, the report stays for export.
     QTest::mouseClick(record, Qt::LeftButton);
-    QTest::mouseClick(w.stack(MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
+    QTest::mouseClick(stack(window, MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
     QTRY_VERIFY(box.commands().contains(QStringLiteral("stop")));
-    QCOMPARE(w.shown(), Window::Play);
-    QVERIFY(view->reportLabel()->text().contains(Finished));
-    QVERIFY(!view->exportButton()->isHidden() && record->isHidden());
+    QCOMPARE(shown(window), "play");
+    QVERIFY(live->reportLabel()->text().contains(Finished));
+    QVERIFY(!live->exportButton()->isHidden() && record->isHidden());
+    // The button takes the box's place in the head row, above the report.
+    QTRY_VERIFY(live->exportButton()->y() < live->reportLabel()->mapTo(live, QPoint()).y());
     const std::unique_ptr<TarveloSession> first(model->session());
 
     // The next run has a session of its own: the box shows that one's choice, unticked.
     box.send(QStringLiteral("scriptStarted=Проба"));
     QTRY_VERIFY(model->session() != first.get());
-    QVERIFY(!record->isChecked() && !record->isHidden() && view->exportButton()->isHidden());
+    QVERIFY(!record->isChecked() && !record->isHidden() && live->exportButton()->isHidden());
     box.send(QStringLiteral("scriptFinished"));
     QTRY_COMPARE(m_data.allSessionFiles().size(), 1);
     box.close();
-    QTRY_COMPARE(w.shown(), Window::PlayDisabled);
+    QTRY_COMPARE(shown(window), "off");
 }
 
 void SessionViewTest::lostLinkKeepsTheStopButtonUntilClicked()
@@ -251,23 +243,24 @@ void SessionViewTest::lostLinkKeepsTheStopButtonUntilClicked()
     QVERIFY(emulator.start({"--link", link, "--speed", "2", "--drop-after", "7"}));
     setExtraPorts({link, replugged});
     m_data.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
-    Window w;
-    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Window::Play, WinMs);
-    QTest::mouseClick(w.stack(MainWindow::ScriptPage)->playButton(), Qt::LeftButton);
+    MainWindow window;
+    window.show();
+    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "play", WinMs);
+    QTest::mouseClick(stack(window, MainWindow::ScriptPage)->playButton(), Qt::LeftButton);
     // The upload has gone out by the time the click returns; the start follows later.
     QVERIFY(emulator.commands().contains(QStringLiteral("stopAddStage")));
     QVERIFY(!emulator.commands().contains(QStringLiteral("startScript")));
-    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Window::Stop, WinMs);
-    QTRY_VERIFY_WITH_TIMEOUT(!w.window.model()->device()->isConnected(), WinMs);
-    QCOMPARE(w.shown(), Window::Stop);
+    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "stop", WinMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!window.model()->device()->isConnected(), WinMs);
+    QCOMPARE(shown(window), "stop");
 
-    QTest::mouseClick(w.stack(MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
-    QCOMPARE(w.shown(), Window::PlayDisabled);
-    QVERIFY(!w.view()->exportButton()->isHidden());
+    QTest::mouseClick(stack(window, MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
+    QCOMPARE(shown(window), "off");
+    QVERIFY(!view(window)->exportButton()->isHidden());
     QCOMPARE(m_data.allSessionFiles().size(), 1);
     EmulatorProcess second;
     QVERIFY(second.start({"--link", replugged}));
-    QTRY_COMPARE_WITH_TIMEOUT(w.shown(), Window::Play, WinMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "play", WinMs);
 }
 
 void SessionViewTest::viewWithoutModelShowsAStoredSession()
@@ -384,19 +377,12 @@ void SessionViewTest::pdfHasTheHeadingsAndTheReportOnA4Pages()
 
     // A long session without a subject: one heading, every stage on A4 pages.
     m_model->selectUser(QString());
-    TarveloSession large;
-    large.setScriptTitle(QStringLiteral("Длинный сценарий"));
-    large.setStart(SessionFixtures::exampleStart());
-    large.setFinished(true);
-    for (int i = 0; i < 45; ++i) {
-        large.addStage(SessionFixtures::stage(i, 30, "+1", {}));
-        for (int j = 0; j < 30; ++j)
-            large.stages().constLast()->addStep(SessionFixtures::step(1, 2, true, 300, 800));
-    }
-    view->setSession(&large);
+    for (int i = 0; i < 60; ++i)
+        m_session->addStage(SessionFixtures::stage(i, 30, "+1", {}));
+    view->updateReport();
     view->exportSession();
-    QVERIFY(pdfText(view->answer).startsWith("Сессия Длинный сценарий (2024/03/05 14:20) №"));
-    QCOMPARE(pdfText(view->answer).count(QStringLiteral("30/30")), 45);
+    QVERIFY(pdfText(view->answer).startsWith("Сессия Проба (2024/03/05 14:20) №"));
+    QCOMPARE(pdfText(view->answer).count(QStringLiteral("0/30")), 60);
     QVERIFY(a4Pages(view->answer) > pages);
 }
 

@@ -4,11 +4,6 @@
 #include "support/ExampleSettings.h"
 #include "support/TestFiles.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTranslator>
 #include <QtTest>
 
 namespace {
@@ -61,7 +56,7 @@ private slots:
     void autosaveWritesTheWholeFileOncePerChange();
     void fullName_data() { TestFiles::addRows(QStringLiteral("tables/subject_names.txt")); }
     void fullName();
-    void subjectIsFiledUnderItsNameAndGuid();
+    void subjectFileThatCantBeWrittenOrReadLeavesNothing();
 
 private:
     QTemporaryDir m_dir;
@@ -264,30 +259,16 @@ void SettingsTest::fullName()
     QCOMPARE(user.fullName(true), with);
 }
 
-void SettingsTest::subjectIsFiledUnderItsNameAndGuid()
+void SettingsTest::subjectFileThatCantBeWrittenOrReadLeavesNothing()
 {
-    TarveloUser user;
-    user.setLastName(QStringLiteral("Петрова"));
-    user.createGuid();
-    QVERIFY(QRegularExpression(QStringLiteral("^[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}$"))
-                .match(user.getGUID())
-                .hasMatch());
-    user.saveIn(m_dir.path() + QStringLiteral("\\Records\\")); // separators of either kind
-    QCOMPARE(user.getFilepath(),
-             m_dir.filePath("Records/Петрова (" + user.getGUID() + ")/User.xml"));
-    QVERIFY(QFile::exists(user.getFilepath()));
-
     // A name longer than any the file system takes leaves no file and no folder.
     TarveloUser refused;
     refused.setLastName(QString(300, QChar(0x0416)));
     refused.saveIn(m_dir.filePath(QStringLiteral("Records")));
     QVERIFY(!QFile::exists(refused.getFilepath()));
-    QCOMPARE(QDir(m_dir.filePath(QStringLiteral("Records"))).count(), 3u);
-
+    QVERIFY(QDir(m_dir.filePath(QStringLiteral("Records"))).isEmpty());
     // A file broken by a control character reads as an empty subject.
-    QVERIFY(TestFiles::write(m_path,
-                             "<TarveloUser><LastName>Иванов\x01</LastName>"
-                             "<GUID>g</GUID></TarveloUser>"));
+    QVERIFY(TestFiles::write(m_path, "<TarveloUser><LastName>Иванов\x01</LastName><GUID>g</GUID>"));
     TarveloUser broken;
     broken.setFilepath(m_path);
     QVERIFY(broken.reload());

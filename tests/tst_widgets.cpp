@@ -12,12 +12,10 @@
 
 #include <QFontDatabase>
 #include <QLabel>
-#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QTabBar>
-#include <QTabWidget>
 #include <QtTest>
 
 namespace {
@@ -38,7 +36,6 @@ private slots:
     void placeholderShowsExactlyWhileEmpty();
     void windowOwnsTheModelAndEveryTabTakesAClick();
     void windowFollowsTheLink();
-    void statusClickAction();
 
 private:
     TestDataFolder m_data;
@@ -186,19 +183,6 @@ void WidgetsTest::windowFollowsTheLink()
     QTRY_VERIFY(!device->isConnected());
     QCOMPARE(button->text(), QStringLiteral("Тарвело не найден"));
     QCOMPARE(button->icon().cacheKey(), disconnectedIcon);
-}
-
-void WidgetsTest::statusClickAction()
-{
-    using Action = MainWindow::StatusClick;
-    const QList<QPair<Qt::KeyboardModifiers, Action>> clicks {
-        {Qt::NoModifier, Action::ShowDevicePage},
-        {Qt::ShiftModifier | Qt::AltModifier, Action::ShowDevicePage},
-        {Qt::ControlModifier | Qt::ShiftModifier, Action::DeviceSettings},
-        {Qt::ControlModifier | Qt::ShiftModifier | Qt::AltModifier | Qt::MetaModifier,
-         Action::DeviceSettingsWithSerial}};
-    for (const auto &[modifiers, action] : clicks)
-        QVERIFY(MainWindow::statusClickAction(modifiers) == action);
 }
 
 QTEST_MAIN(WidgetsTest)

@@ -3,10 +3,8 @@
 #include "foundation/NTSettings.h"
 #include "foundation/StringMap.h"
 
-#include <QByteArray>
 #include <QColor>
 #include <QPoint>
-#include <QPointF>
 #include <QSize>
 
 // A settings class with the value types and declarations that the program's own two classes

@@ -3,7 +3,6 @@
 #include "data/TarveloSession.h"
 #include "support/TestFiles.h"
 
-
 // Hand-built sessions shared by the session tests. Every derived value they lead to is worked
 // out by hand in the tests and golden files that use them.
 namespace SessionFixtures {

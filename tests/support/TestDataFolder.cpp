@@ -4,9 +4,6 @@
 #include "data/TarveloUser.h"
 
 #include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <QJsonDocument>
 #include <QStandardPaths>
 
 TestDataFolder::TestDataFolder(const QString &base)

@@ -2,11 +2,8 @@
 
 #include "support/TestFiles.h"
 
-#include <QByteArray>
 #include <QDir>
 #include <QJsonObject>
-#include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 class TarveloScript;

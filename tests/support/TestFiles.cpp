@@ -1,10 +1,5 @@
 #include "TestFiles.h"
 
-#include <QCoreApplication>
-#include <QDebug>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QTest>
 
 namespace TestFiles {
@@ -81,8 +76,6 @@ void addColumn(QTestData &row, const QByteArray &type, const QByteArray &value)
         row << unescaped(value);
     } else if (type == "int") {
         row << value.toInt();
-    } else if (type == "double") {
-        row << value.toDouble();
     } else if (type == "bool") {
         row << (value == "true");
     } else if (type == "ints") {
@@ -101,11 +94,12 @@ void addColumn(QTestData &row, const QByteArray &type, const QByteArray &value)
 
 void addRows(const QString &name)
 {
-    static const QMap<QByteArray, int> typeIds {
-        {"text", QMetaType::QString},     {"bytes", QMetaType::QByteArray},
-        {"int", QMetaType::Int},          {"double", QMetaType::Double},
-        {"bool", QMetaType::Bool},        {"ints", qMetaTypeId<QList<int>>()},
-        {"texts", QMetaType::QStringList}};
+    static const QMap<QByteArray, int> typeIds {{"text", QMetaType::QString},
+                                                {"bytes", QMetaType::QByteArray},
+                                                {"int", QMetaType::Int},
+                                                {"bool", QMetaType::Bool},
+                                                {"ints", qMetaTypeId<QList<int>>()},
+                                                {"texts", QMetaType::QStringList}};
     QList<QByteArray> types;
     for (const QByteArray &line : read(dataPath(name)).split('\n')) {
         if (line.trimmed().isEmpty() || line.startsWith('#'))

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -23,7 +22,7 @@ QString dataPath(const QString &name);
 bool matchesGolden(const QString &name, const QByteArray &actual);
 
 // Adds the rows of the table tests/data/<name> to the running _data function. Its first line
-// names the columns and their types (text, bytes, int, double, bool, ints, texts), as in
+// names the columns and their types (text, bytes, int, bool, ints, texts), as in
 // "line:text | steps:int"; every further line is a row: its name, then its columns, all parted
 // by " | ". A column may hold C escapes (\n, \r, \t, \\, \xHH); the lists ints and texts are
 // parted by " , ". Blank lines and lines starting with "#" are left out.
