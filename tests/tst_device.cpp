@@ -37,11 +37,6 @@ QList<int> values(const QSignalSpy &spy, int argument = 0)
     return list;
 }
 
-QList<int> ends(int count)
-{
-    return QVector<int>(count, -1).toList();
-}
-
 std::unique_ptr<TarveloScript> scriptOf(const QString &title, const QStringList &stages)
 {
     auto script = std::make_unique<TarveloScript>();
@@ -146,7 +141,7 @@ void DeviceTest::uploadAskedForDuringAnUploadIsRefused()
     });
     device.uploadScript(script.get());
     QVERIFY(askedAt > 0);
-    QCOMPARE(values(spy), QList<int>({40, 60, 80}) + ends(9));
+    QCOMPARE(values(spy), QList<int>({40, 60, 80}) + QVector<int>(9, -1).toList());
 }
 
 void DeviceTest::linkAsksUntilSerialNumberAndVersionAreKnown()

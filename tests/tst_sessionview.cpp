@@ -143,6 +143,7 @@ void SessionViewTest::initTestCase()
             box->done(0);
         }
     });
+    m_messageWatch.start();
     DesktopShell::setInterceptor([this](DesktopShell::Action action, const QString &path) {
         m_launched << (action == DesktopShell::Action::OpenFile ? "OpenFile " : "ShowInFolder ")
                 + path;
@@ -157,12 +158,10 @@ void SessionViewTest::init()
     QVERIFY(QDir().mkpath(m_out->filePath("kept")) && QDir().mkpath(m_out->filePath("other")));
     m_launched.clear();
     m_warnings.clear();
-    m_messageWatch.start();
 }
 
 void SessionViewTest::cleanup()
 {
-    m_messageWatch.stop();
     m_view.reset();
     m_model.reset();
 }
