@@ -22,9 +22,7 @@ QString meanVarianceSigma(const QString &input)
     double d = -1;
     double sigma = -1;
     m_d_cko(values, &m, &d, &sigma);
-    return QStringList {QString::number(m, 'g', 15), QString::number(d, 'g', 15),
-                        QString::number(sigma, 'g', 15)}
-        .join(' ');
+    return QString::asprintf("%.15g %.15g %.15g", m, d, sigma);
 }
 
 } // namespace
