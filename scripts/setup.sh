@@ -10,7 +10,7 @@ packages=(
     qttools5-dev qttools5-dev-tools
     libquazip1-qt5-dev libxlsxwriter-dev fonts-roboto-unhinted
     clang libclang-rt-14-dev
-    python3 python3-openpyxl poppler-utils xvfb xauth
+    python3 python3-openpyxl poppler-utils xvfb xauth x11-utils
 )
 
 missing=()

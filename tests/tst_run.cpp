@@ -120,6 +120,16 @@ void RunTest::startModel()
     connect(m_model.get(), &TarveloModel::sessionFinished, this, [this] { ++m_finished; });
 }
 
+// Runs the lines of a scenario on a model whose data folder holds subjects A and B, and returns
+// what "state", "files" and "model" report. A line "{...}" is a frame from the box, read as the
+// link reads it; the other lines are steps of the operator or of the test:
+//   subject A|B|-|<GUID>, reload-subjects, folder <name in Records>[ | <its User.xml>],
+//   remove-folder A|B, block-folder A|B (a file stands in its place),
+//   script <file> | <title in it>, select-script <title>, edit-script <new title> (and a stage
+//   more), commit save|cancel, remove-script, title <title of the selected script>,
+//   free <title> | <own title>, settings <elements of Settings.xml>, set <name> | <value>,
+//   restart (a new model, as at the next start), do-not-record on|off, abort,
+//   full-disk (the next line writes onto a full disk).
 QString RunTest::run(const QStringList &lines)
 {
     for (auto it = Guids.cbegin(); it != Guids.cend(); ++it)
