@@ -75,7 +75,6 @@ private slots:
     // The search.
     void searchWinsTheBoxAmongOtherPortsAndUploadsToIt();
     void portFilterAndAnAnswerAmongOtherFrames();
-    void lostLinkThenANewWinAsksAgain();
 
 private:
     FakeBox m_box;
@@ -281,29 +280,6 @@ void DeviceTest::portFilterAndAnAnswerAmongOtherFrames()
     QVERIFY(other.commands().isEmpty());
     QCOMPARE(messages.count(), 0);
     QVERIFY(device.version().isEmpty());
-}
-
-void DeviceTest::lostLinkThenANewWinAsksAgain()
-{
-    EmulatorProcess first;
-    // "iamtarvelo", "sn=", "version=", then the cable goes.
-    QVERIFY(first.start({"--drop-after", "3", "--serial", "111111"}));
-    setExtraPorts({first.path()});
-    TarveloDevice device(-1);
-    // Two seconds leave the greeting, which goes out a second after a port opened, its answer.
-    device.setSearchInterval(2);
-    QSignalSpy connected(&device, &TarveloDevice::connectedChanged);
-    QTRY_COMPARE_WITH_TIMEOUT(connected.count(), 2, WinMs);
-    // Commands to the dead link go nowhere and harm nothing.
-    device.sendCommand(GetSettings);
-
-    EmulatorProcess second;
-    QVERIFY(second.start({"--serial", "222222"}));
-    setExtraPorts({first.path(), second.path()});
-    QTRY_COMPARE_WITH_TIMEOUT(connected.count(), 3, WinMs);
-    QCOMPARE(values(connected), (QList<int> {true, false, true}));
-    QVERIFY(second.path().endsWith(device.portName()));
-    QTRY_COMPARE(device.serialNumber(), QStringLiteral("222222"));
 }
 
 QTEST_GUILESS_MAIN(DeviceTest)

@@ -58,7 +58,6 @@ private slots:
     void transferRule_data() { TestFiles::addRows(QStringLiteral("tables/transfer_rule.txt")); }
     void transferRule();
     void playedScriptIsStoredAsTheBoxReportedIt();
-    void abortInTheMiddleStopsTheBoxAndSavesTheStagesSoFar();
 
 private:
     void startModel();
@@ -383,26 +382,6 @@ void RunTest::playedScriptIsStoredAsTheBoxReportedIt()
     }
     QCOMPARE(expected, TransferRule::ScriptEnds);
     QVERIFY(m_model->session()->stages().size() > played.size());
-}
-
-void RunTest::abortInTheMiddleStopsTheBoxAndSavesTheStagesSoFar()
-{
-    const QString stage =
-        QStringLiteral("rpt=0;") + QStringLiteral("[s=3,t=1000,d=500]").repeated(8);
-    startLinked(QStringLiteral("--speed 20").split(' '), {stage, stage, stage});
-    QSignalSpy finished(m_model.get(), &TarveloModel::sessionFinished);
-    QTRY_VERIFY_WITH_TIMEOUT(m_model->session() && m_model->session()->stages().size() == 2,
-                             PlayMs);
-    m_model->abortSession();
-    QCOMPARE(finished.count(), 1);
-    QVERIFY(!m_model->sessionRunning());
-    QCOMPARE(m_data.allSessionFiles().size(), 1);
-    // The box answers the stop with the end of the script, which writes the file again with
-    // whatever was still on its way.
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 2, WinMs);
-    const QStringList log = m_emulator->log();
-    QCOMPARE(log.at(log.indexOf("< stop") + 1), "> " + ScriptFinished);
-    compareWithReports(m_emulator->reports());
 }
 
 QTEST_GUILESS_MAIN(RunTest)

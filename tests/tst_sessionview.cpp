@@ -9,7 +9,6 @@
 #include "support/FakeBox.h"
 #include "support/SessionFixtures.h"
 #include "support/TestDataFolder.h"
-#include "support/XlsxReadBack.h"
 #include "ui/MainWindow.h"
 
 #include <QCheckBox>
@@ -351,9 +350,6 @@ void SessionViewTest::exportFiles()
     QVERIFY(stored.reload());
     QCOMPARE(stored.getLastExportFolder(), m_out->filePath(remembered));
     QCOMPARE(stored.getLastExportFilter(), filter);
-    if (filter.startsWith(QLatin1String("XLSX")) && !warning)
-        QCOMPARE(readXlsxBack(view->answer).value("active").toString(),
-                 QStringLiteral("2024-03-05 14.20"));
 }
 
 void SessionViewTest::pdfHasTheHeadingsAndTheReportOnA4Pages()

@@ -53,7 +53,6 @@ private slots:
     void values();
     void hostileFilesLeaveTheDefaults_data();
     void hostileFilesLeaveTheDefaults();
-    void autosaveWritesTheWholeFileOncePerChange();
     void fullName_data() { TestFiles::addRows(QStringLiteral("tables/subject_names.txt")); }
     void fullName();
     void subjectFileThatCantBeWrittenOrReadLeavesNothing();
@@ -82,9 +81,6 @@ void SettingsTest::filesAreWrittenExactlyAndReadBack()
         settings.setLastScriptTitle(QStringLiteral("Проба"));
     }
     QVERIFY(TestFiles::matchesGolden(QStringLiteral("Settings.xml"), TestFiles::read(m_path)));
-    TarveloSettings settings;
-    QVERIFY(settings.reload());
-    QCOMPARE(settings.getLastScriptTitle(), QStringLiteral("Проба"));
 
     TarveloUser user;
     user.setLastName(QStringLiteral("Иванов"));
@@ -140,10 +136,6 @@ void SettingsTest::capabilitiesMatchTheGoldenFile()
                  names << description->displayName();
              return names;
          }()},
-        {"as text",
-         QJsonArray {
-             settings.getPropertyCapabilitiesString(settings.getPropertyByName("ComPort")),
-             settings.getPropertyCapabilitiesString(settings.getPropertyByName("AutoSearch"))}},
     };
     QCoreApplication::removeTranslator(&translator);
     QVERIFY(TestFiles::matchesGolden(QStringLiteral("capabilities.json"),
@@ -213,36 +205,6 @@ void SettingsTest::hostileFilesLeaveTheDefaults()
     QVERIFY(settings.getLastScriptTitle().size() < 1000);
     QVERIFY(!settings.getLastScriptTitle().contains(QStringLiteral("root:")));
     QCOMPARE(TestFiles::read(m_path), content); // reading never writes
-}
-
-void SettingsTest::autosaveWritesTheWholeFileOncePerChange()
-{
-    TarveloSettings settings;
-    QSignalSpy saved(&settings, &NTSettings::saved);
-    QSignalSpy changed(&settings, &NTSettings::propertyChanged);
-    settings.setComPort(1); // the value it has: no change, no write
-    QVERIFY(!QFile::exists(m_path));
-    settings.setComPort(4);
-    QCOMPARE(changed.takeFirst().at(0).toString(), QStringLiteral("ComPort"));
-    QFile::remove(m_path);
-    settings.setsp2(QString());
-    QCOMPARE(saved.count(), 2);
-    QVERIFY(TestFiles::read(m_path).contains("<ComPort>4</ComPort>"));
-
-    // Reading a file announces its values but writes nothing back.
-    QVERIFY(TestFiles::write(m_path, "<x><ComPort>12</ComPort></x>"));
-    QVERIFY(settings.reload());
-    QCOMPARE(settings.getComPort(), 12);
-    QCOMPARE(saved.count(), 2);
-    QCOMPARE(TestFiles::read(m_path), QByteArray("<x><ComPort>12</ComPort></x>"));
-
-    // Other loaders save each change; without autosave nothing is written.
-    settings.loadFromJson(QByteArray(R"({"maxRepeats": 6, "Unknown": 1})"));
-    QCOMPARE(saved.count(), 3);
-    settings.setAutoSave(false);
-    settings.setComPort(5);
-    QCOMPARE(saved.count(), 3);
-    QVERIFY(TestFiles::read(m_path).contains("<maxRepeats>6</maxRepeats>"));
 }
 
 void SettingsTest::fullName()
