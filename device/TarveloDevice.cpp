@@ -2,7 +2,7 @@
 
 #include "DeviceProtocol.h"
 #include "PortCatalog.h"
-#include "app/TarveloCommon.h"
+#include "data/TarveloCommon.h"
 #include "data/TarveloScript.h"
 
 #include <QDebug>

@@ -1,5 +1,5 @@
 #include "SessionFixtures.h"
-#include "app/TarveloCommon.h"
+#include "data/TarveloCommon.h"
 #include "session/ReportTexts.h"
 #include "session/SessionExport.h"
 #include "session/SessionReport.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HeaderedWidget.h"
+#include "frame/HeaderedWidget.h"
 
 // Tab 0: the current script. The editor and its buttons come with the script editor; the header
 // already lets the operator pick and play a script.

@@ -1,7 +1,7 @@
 #include "ScriptPlayer.h"
 
 #include "TransferRule.h"
-#include "app/TarveloCommon.h"
+#include "data/TarveloCommon.h"
 #include "data/TarveloScript.h"
 #include "device/DeviceProtocol.h"
 

@@ -6,9 +6,9 @@
 #include "data/TarveloSession.h"
 #include "device/TarveloDevice.h"
 #include "foundation/LanguageContext.h"
-#include "session/widgets/PlayScriptStopSessionButton.h"
+#include "frame/HeaderedWidget.h"
+#include "frame/PlayScriptStopSessionButton.h"
 #include "ui/AppStyle.h"
-#include "ui/HeaderedWidget.h"
 #include "ui/MainWindow.h"
 
 #include <QApplication>
