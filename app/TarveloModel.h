@@ -7,17 +7,17 @@
 #include <QString>
 #include <QStringList>
 
+class SessionRecorder;
 class TarveloDevice;
 class TarveloScript;
 class TarveloSession;
-class SessionStage;
 class TarveloSettings;
 class TarveloUser;
 
 // The one central object: lays out the data folder, owns the settings and the device link, knows
 // all scripts and subjects, holds the current selections and the session of the moment, and
-// tells the pages of every change. It turns the box's reports into a session record; the box
-// plays the script and decides the transfers, the model only writes them down.
+// tells the pages of every change. Its recorder turns the box's reports into a session record;
+// the box plays the script and decides the transfers, the model only writes them down.
 //
 // Replaced scripts, sessions and subjects are deliberately not destroyed: views keep pointers to
 // them after they have dropped out of the model.
@@ -36,8 +36,8 @@ public:
     QString scriptsFolder() const { return m_scriptsFolder; }
     TarveloSettings *settings() const { return m_settings; }
     TarveloDevice *device() const { return m_device; }
-    TarveloSession *session() const { return m_session; }
-    bool sessionRunning() const { return m_sessionRunning; }
+    TarveloSession *session() const;
+    bool sessionRunning() const;
     QList<TarveloUser *> users() const { return m_users; }
     TarveloUser *currentUser() const { return m_currentUser; }
     TarveloScript *currentScript() const { return m_currentScript; }
@@ -73,8 +73,6 @@ signals:
 
 private:
     void finishSession();
-    void addSessionStage(int index);
-    SessionStage *lastStage() const;
     void followPortSetting();
     void followSearchInterval();
 
@@ -87,8 +85,7 @@ private:
     QString m_scriptsFolder;
     TarveloSettings *m_settings = nullptr;
     TarveloDevice *m_device = nullptr;
-    TarveloSession *m_session = nullptr;
-    bool m_sessionRunning = false;
+    SessionRecorder *m_recorder = nullptr;
     ConnectionHelper m_connections;
     QList<TarveloUser *> m_users;
     TarveloScript *m_currentScript = nullptr;
