@@ -21,6 +21,11 @@ public:
 
     QString name() const { return m_name; }
     QString type() const { return m_type; }
+    // The type as the file forms name it, compared ignoring case: "QSize", "uchar", ...
+    bool hasType(const char *typeName) const;
+    // A byte-sized number, "uchar" or "char": stored by its value, as QVariant::toString would
+    // give the character.
+    bool isByteNumber() const;
     int typeId() const { return m_typeId; }
     QString displayName() const { return m_displayName; }
     QString defaultValue() const { return m_defaultValue; }
