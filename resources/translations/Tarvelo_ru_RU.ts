@@ -352,6 +352,13 @@
     </message>
 </context>
 <context>
+    <name>NewVersionChecker</name>
+    <message>
+        <source>Click to download new version</source>
+        <translation>Нажмите для загрузки новой версии </translation>
+    </message>
+</context>
+<context>
     <name>PlayScriptStopSessionButton</name>
     <message>
         <source>Прервать сессию</source>
