@@ -46,6 +46,10 @@ namespace {
     QT_TRANSLATE_NOOP("Generic", " Hz"),
     //: " с" / " s"
     QT_TRANSLATE_NOOP("Generic", " s"),
+    //: с / s
+    QT_TRANSLATE_NOOP("Generic", "s"),
+    //: COM / COM
+    QT_TRANSLATE_NOOP("Generic", "COM"),
     //: Открыть файл / Open file
     QT_TRANSLATE_NOOP("ExportBehaviorOption", "OnExport_OpenFile"),
     //: Открыть папку / Open folder

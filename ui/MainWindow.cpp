@@ -6,7 +6,9 @@
 #include "device/widgets/PageDevice.h"
 #include "device/widgets/TarveloStatusBar.h"
 #include "foundation/AppHelper.h"
+#include "foundation/NewVersionChecker.h"
 #include "foundation/widgets/MediaHelper.h"
+#include "foundation/widgets/NewVersionButton.h"
 #include "session/widgets/PageSession.h"
 #include "ui/PageDatabase.h"
 #include "ui/PageScript.h"
@@ -14,7 +16,6 @@
 
 #include <QGridLayout>
 #include <QGuiApplication>
-#include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -79,12 +80,13 @@ MainWindow::MainWindow(QWidget *parent)
     m_versionHolder->setContentsMargins(0, 8, 8, 0);
     auto *holderLayout = new QVBoxLayout(m_versionHolder);
     holderLayout->setContentsMargins(0, 0, 0, 0);
-    auto *versionButton = new QPushButton(tr("New version") + QLatin1Char(' '));
-    versionButton->setFlat(true);
+    auto *versionButton = new NewVersionButton(tr("New version") + QLatin1Char(' '), QString());
     holderLayout->addWidget(versionButton, 100, Qt::AlignRight);
-    // Shown, button and all, once a newer version is known. Until then it stays out of the
-    // way: even empty it would take the clicks on the end of the last tab at small widths.
+    // Shown, button and all, only while a newer version is on offer: even empty it would take
+    // the clicks on the end of the last tab at small widths.
     m_versionHolder->hide();
+    connect(versionButton->checker(), &NewVersionChecker::onSetVisible, m_versionHolder,
+            &QWidget::setVisible);
     placeVersionHolder();
 }
 
