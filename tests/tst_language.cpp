@@ -127,6 +127,9 @@ void LanguageTest::everyTextShownHasAFinishedTranslation_data()
 // compiled file.
 void LanguageTest::everyTextShownHasAFinishedTranslation()
 {
+#ifndef TARVELO_WIDGETS_BUILT
+    QSKIP("Only the core is built here, so lupdate can't read the texts of the pages");
+#endif
     QFETCH(QString, language);
     const QString name = QStringLiteral("Tarvelo_%1.ts").arg(language);
     QTemporaryDir folder;
