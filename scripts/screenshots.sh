@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Renders the main window on the offscreen platform, against the box emulator and a fresh demo
-# data folder: docs/main-window-idle.png before a session, docs/main-window-session.png during
-# one.
+# data folder: docs/main-window-idle.png before a session, docs/script-page.png,
+# docs/script-editing.png and docs/script-creator.png of the Script page and the script creator,
+# docs/main-window-session.png during a session.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
@@ -17,4 +18,6 @@ demo_documents "$demo"
 start_demo_box "$demo/box" 10
 
 QT_QPA_PLATFORM=offscreen build/tools/screenshot/tarvelo-screenshot \
-    --idle docs/main-window-idle.png --running docs/main-window-session.png "$@"
+    --idle docs/main-window-idle.png --script-page docs/script-page.png \
+    --script-editing docs/script-editing.png --creator docs/script-creator.png \
+    --running docs/main-window-session.png "$@"

@@ -1,7 +1,8 @@
 // tarvelo-screenshot: renders the main window to PNG files for review. It runs against whatever
 // box and data folder the environment gives (scripts/screenshots.sh sets up the emulator and a
 // demo folder): the first picture shows the window once the box has answered and a script is
-// selected, the second the live report after some stages of that script have been played.
+// selected; then the Script page viewing and editing that script, and the script creator; the
+// last one the live report after some stages of that script have been played.
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "device/TarveloDevice.h"
@@ -10,12 +11,16 @@
 #include "ui/AppStyle.h"
 #include "ui/HeaderedWidget.h"
 #include "ui/MainWindow.h"
+#include "ui/PageScript.h"
+#include "ui/ScriptCreatorWidget.h"
+#include "ui/TarveloScriptEditor.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextStream>
@@ -51,6 +56,8 @@ bool waitFor(const std::function<bool()> &done, int timeoutMs)
 
 bool save(QWidget &window, const QString &path)
 {
+    // Layouts settle in posted events: a widget just shown or hidden takes its place first.
+    QCoreApplication::processEvents();
     QDir().mkpath(QFileInfo(path).absolutePath());
     const bool saved = window.grab().save(path, "PNG");
     if (saved)
@@ -101,7 +108,17 @@ int main(int argc, char *argv[])
         QStringLiteral("timeout"),
         QStringLiteral("Seconds to wait for each picture (default 120)."), QStringLiteral("S"),
         QStringLiteral("120"));
-    parser.addOptions({idleOption, sessionOption, stagesOption, sizeOption, timeoutOption});
+    const QCommandLineOption scriptOption(QStringLiteral("script-page"),
+                                          QStringLiteral("Picture of the Script page."),
+                                          QStringLiteral("FILE"));
+    const QCommandLineOption editingOption(
+        QStringLiteral("script-editing"),
+        QStringLiteral("Picture of the Script page in edit mode."), QStringLiteral("FILE"));
+    const QCommandLineOption creatorOption(QStringLiteral("creator"),
+                                           QStringLiteral("Picture of the script creator."),
+                                           QStringLiteral("FILE"));
+    parser.addOptions({idleOption, sessionOption, scriptOption, editingOption, creatorOption,
+                       stagesOption, sizeOption, timeoutOption});
     parser.process(app);
 
     bool stagesOk = false;
@@ -114,16 +131,20 @@ int main(int argc, char *argv[])
     if (!stagesOk || stages < 0 || !timeoutOk || timeoutMs <= 0 || windowSize.isEmpty())
         return fail(QStringLiteral("--stages, --timeout and --size need numbers, such as "
                                    "--stages 2 --timeout 60 --size 1280x800"));
-    if (!parser.isSet(idleOption) && !parser.isSet(sessionOption))
-        return fail(QStringLiteral("nothing to do: give --idle FILE, --running FILE or both"));
-
     // Made absolute now: the model makes the data folder the working folder.
-    const QString idlePath = parser.isSet(idleOption)
-        ? QFileInfo(parser.value(idleOption)).absoluteFilePath()
-        : QString();
-    const QString runningPath = parser.isSet(sessionOption)
-        ? QFileInfo(parser.value(sessionOption)).absoluteFilePath()
-        : QString();
+    const auto pathOf = [&parser](const QCommandLineOption &option) {
+        return parser.isSet(option) ? QFileInfo(parser.value(option)).absoluteFilePath()
+                                    : QString();
+    };
+    const QString idlePath = pathOf(idleOption);
+    const QString runningPath = pathOf(sessionOption);
+    const QString scriptPath = pathOf(scriptOption);
+    const QString editingPath = pathOf(editingOption);
+    const QString creatorPath = pathOf(creatorOption);
+    if (idlePath.isEmpty() && runningPath.isEmpty() && scriptPath.isEmpty() && editingPath.isEmpty()
+        && creatorPath.isEmpty())
+        return fail(QStringLiteral("nothing to do: give --idle, --running, --script-page, "
+                                   "--script-editing or --creator with a FILE"));
 
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
     AppStyle::apply(app);
@@ -147,12 +168,38 @@ int main(int argc, char *argv[])
                         : QStringLiteral("no box answered: is TARVELO_EXTRA_PORTS set?"));
     if (!idlePath.isEmpty() && !save(window, idlePath))
         return fail(QStringLiteral("can't write %1").arg(idlePath));
+
+    auto *page = qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage));
+    TarveloScriptEditor *editor = page->editor();
+    // The second stage, so that the pictures show a stage other than the default one.
+    if (editor->stageButtons().size() > 1)
+        editor->stageButtons().at(1)->click();
+    if (!scriptPath.isEmpty() && !save(window, scriptPath))
+        return fail(QStringLiteral("can't write %1").arg(scriptPath));
+    if (!editingPath.isEmpty()) {
+        page->editButton()->click();
+        // A title the file name can't carry, to show the inline reason and the held-back Save.
+        editor->titleEdit()->setText(editor->titleEdit()->text() + QStringLiteral("/2"));
+        const bool saved = save(window, editingPath);
+        page->cancelButton()->click();
+        if (!saved)
+            return fail(QStringLiteral("can't write %1").arg(editingPath));
+    }
+    if (!creatorPath.isEmpty()) {
+        page->createButton()->click();
+        auto *creator = page->findChild<ScriptCreatorWidget *>();
+        creator->nameEdit()->setText(QStringLiteral("Новый сценарий"));
+        creator->resize(creator->sizeHint().expandedTo(QSize(760, 640)));
+        const bool saved = save(*creator, creatorPath);
+        creator->close();
+        if (!saved)
+            return fail(QStringLiteral("can't write %1").arg(creatorPath));
+    }
     if (runningPath.isEmpty())
         return 0;
 
     // Played the way the operator does it: the play button in the header of the script page.
-    auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
-    header->playButton()->playButton()->click();
+    page->playButton()->playButton()->click();
     if (!waitFor([&] { return playedEnough(*model, stages); }, timeoutMs))
         return fail(QStringLiteral("the session didn't get %1 stages far").arg(stages));
     if (!save(window, runningPath))
