@@ -247,6 +247,7 @@ void ScriptPageTest::cancelDropsTheEdits()
     page.editButton()->click();
     for (QWidget *input : inputs)
         QVERIFY(input->isEnabled());
+    QVERIFY(!editor->removeStageButton()->isHidden());
     QVERIFY(!page.scriptCombo()->isEnabled());
     editor->descriptionEdit()->setText(QStringLiteral("Другое описание"));
     editor->toneHiSpin()->setValue(1500);
@@ -264,6 +265,7 @@ void ScriptPageTest::cancelDropsTheEdits()
     QCOMPARE(editor->transferCombo(QStringLiteral("stop"))->currentText(), QStringLiteral("5"));
     for (QWidget *input : inputs)
         QVERIFY(!input->isEnabled());
+    QVERIFY(editor->removeStageButton()->isHidden());
     QVERIFY(page.scriptCombo()->isEnabled());
 }
 

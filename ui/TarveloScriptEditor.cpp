@@ -237,12 +237,11 @@ void TarveloScriptEditor::fillStage()
         QComboBox *combo = it.value();
         {
             const QSignalBlocker blocker(combo);
-            if (stage) {
+            // Without a stage the combos show nothing, not the last stage's values.
+            if (stage)
                 combo->setCurrentText(stage->value(it.key()));
-            } else {
+            else
                 combo->setCurrentIndex(-1);
-                combo->clearEditText();
-            }
         }
         if (stage) {
             const QString key = it.key();
