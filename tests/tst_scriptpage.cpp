@@ -10,6 +10,7 @@
 #include "ui/MainWindow.h"
 #include "ui/PageScript.h"
 #include "ui/ScriptCreatorWidget.h"
+#include "ui/StimulusWidgets.h"
 #include "ui/TarveloScriptEditor.h"
 #include "ui/TarveloStageEditor.h"
 
@@ -417,6 +418,8 @@ void ScriptPageTest::thirtyStepsHideTheAddButton()
     editor.addButton()->click();
     QCOMPARE(stage->steps.constLast()->fileText(), QStringLiteral("s=0,b=0,t=2000,d=1000"));
     QVERIFY(editor.addButton()->isHidden());
+    for (int stimulus = 0; stimulus < TarveloCommon::StimulusCount; ++stimulus)
+        QVERIFY(!stimulusIcon(stimulus).pixmap(16).isNull());
 }
 
 void ScriptPageTest::rowsMoveByTheirOwnRule_data()
