@@ -14,6 +14,7 @@
 #include "ui/PageScript.h"
 #include "ui/PageSettings.h"
 
+#include <QCloseEvent>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QTabWidget>
@@ -43,7 +44,8 @@ MainWindow::MainWindow(QWidget *parent)
     const auto icon = [](const char *name) {
         return MediaHelper::icon(QStringLiteral(":/resources/Images/") + QLatin1String(name));
     };
-    m_tabs->addTab(new PageScript(m_model), icon("script.svg"), tr("Сценарии"));
+    m_scriptPage = new PageScript(m_model);
+    m_tabs->addTab(m_scriptPage, icon("script.svg"), tr("Сценарии"));
     m_tabs->addTab(new PageSession(m_model), icon("experiment.svg"), tr("Сессия"));
     m_tabs->addTab(new PageDatabase(m_model), icon("group.svg"), tr("Респонденты"));
     m_tabs->addTab(new PageDevice(device), icon("device.svg"), tr("Устройство"));
@@ -52,6 +54,12 @@ MainWindow::MainWindow(QWidget *parent)
     // The box streams its lamp and button states only while its page is showing.
     connect(m_tabs, &QTabWidget::currentChanged, device,
             [device](int index) { device->setStatusReports(index == DevicePage); });
+    // An edit ends where the operator leaves the script page; unsaved changes are asked about,
+    // and staying brings the page back.
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
+        if (index != ScriptPage && !m_scriptPage->leaveEditing())
+            m_tabs->setCurrentIndex(ScriptPage);
+    });
     connect(m_model, &TarveloModel::sessionStarted, m_tabs,
             [this] { m_tabs->setCurrentIndex(SessionPage); });
 
@@ -94,6 +102,14 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     placeVersionHolder();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (m_scriptPage->leaveEditing())
+        event->accept();
+    else
+        event->ignore();
 }
 
 void MainWindow::placeVersionHolder()

@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="ru_RU">
 <context>
+    <name>DeleteUpDownWidget</name>
+    <message>
+        <source>Удалить</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>Переместить вверх</source>
+        <translation>Move up</translation>
+    </message>
+    <message>
+        <source>Переместить вниз</source>
+        <translation>Move down</translation>
+    </message>
+</context>
+<context>
     <name>ExportBehaviorOption</name>
     <message>
         <source>OnExport_OpenFile</source>
@@ -319,6 +334,42 @@
         <source>No</source>
         <translation>No</translation>
     </message>
+    <message>
+        <source>ms</source>
+        <translation>ms</translation>
+    </message>
+    <message>
+        <source>Остановить</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>-2 этапа</source>
+        <translation>-2 stages</translation>
+    </message>
+    <message>
+        <source>-1 этап</source>
+        <translation>-1 stage</translation>
+    </message>
+    <message>
+        <source>Повтор этапа</source>
+        <translation>Repeat stage</translation>
+    </message>
+    <message>
+        <source>+1 этап</source>
+        <translation>+1 stage</translation>
+    </message>
+    <message>
+        <source>+2 этапа</source>
+        <translation>+2 stages</translation>
+    </message>
+    <message>
+        <source>Макс. повторов</source>
+        <translation>Max repeats</translation>
+    </message>
+    <message>
+        <source>Hz</source>
+        <translation>Hz</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -359,6 +410,69 @@
     </message>
 </context>
 <context>
+    <name>PageScript</name>
+    <message>
+        <source>Удалить сценарий</source>
+        <translation>Remove script</translation>
+    </message>
+    <message>
+        <source>Редактировать сценарий</source>
+        <translation>Edit script</translation>
+    </message>
+    <message>
+        <source>Создать сценарий</source>
+        <translation>Create script</translation>
+    </message>
+    <message>
+        <source>Сохранить</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Сохранить изменения</source>
+        <translation>Save changes</translation>
+    </message>
+    <message>
+        <source>Отмена</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Отменить изменения</source>
+        <translation>Cancel changes</translation>
+    </message>
+    <message>
+        <source>Сценарий редактируется: сохраните или отмените изменения</source>
+        <translation>The script is being edited: save or cancel the changes</translation>
+    </message>
+    <message>
+        <source>Несохранённые изменения</source>
+        <translation>Unsaved changes</translation>
+    </message>
+    <message>
+        <source>Сохранить изменения в сценарии &quot;%1&quot;?</source>
+        <translation>Save the changes to the script &quot;%1&quot;?</translation>
+    </message>
+    <message>
+        <source>Не сохранять</source>
+        <translation>Don&apos;t save</translation>
+    </message>
+    <message>
+        <source>Удаление сценария</source>
+        <translation>Script removal</translation>
+    </message>
+    <message>
+        <source>Сохранение сценария</source>
+        <translation>Saving the script</translation>
+    </message>
+    <message>
+        <source>Создание сценария</source>
+        <translation>Script creation</translation>
+    </message>
+    <message>
+        <source>Не удалось записать сценарий в папку</source>
+        <translation>Could not write the script into the folder</translation>
+    </message>
+</context>
+<context>
     <name>PlayScriptStopSessionButton</name>
     <message>
         <source>Прервать сессию</source>
@@ -367,6 +481,77 @@
     <message>
         <source>Воспроизвести сценарий</source>
         <translation>Play script</translation>
+    </message>
+    <message>
+        <source>Сценарий не выбран</source>
+        <translation>No script selected</translation>
+    </message>
+    <message>
+        <source>В сценарии нет ни одного шага</source>
+        <translation>The script has no steps</translation>
+    </message>
+    <message>
+        <source>Устройство не подключено</source>
+        <translation>The device is not connected</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptCreatorWidget</name>
+    <message>
+        <source>Создание сценария</source>
+        <translation>Script creation</translation>
+    </message>
+    <message>
+        <source>Создание этапа</source>
+        <translation>Stage creation</translation>
+    </message>
+    <message>
+        <source>Название</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Стимулы</source>
+        <translation>Stimulae</translation>
+    </message>
+    <message>
+        <source>Этапы</source>
+        <translation>Stages</translation>
+    </message>
+    <message>
+        <source>Создать</source>
+        <translation>Create</translation>
+    </message>
+    <message>
+        <source>Отмена</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Для двух и более шагов в этапе нужны хотя бы два стимула</source>
+        <translation>Two or more steps in a stage need at least two stimuli</translation>
+    </message>
+    <message>
+        <source>Шаги</source>
+        <translation>Steps</translation>
+    </message>
+    <message>
+        <source>Количество шагов в этапе</source>
+        <translation>Steps amount in stage</translation>
+    </message>
+    <message>
+        <source>Длительность стимула, мс</source>
+        <translation>Stimulus duration, ms</translation>
+    </message>
+    <message>
+        <source>Случайное приращение к длительности (мс), не более указанного значения</source>
+        <translation>Random duration fluctuation (ms), not more than</translation>
+    </message>
+    <message>
+        <source>Длительность задержки после стимула (мс)</source>
+        <translation>Delay after stimulus (ms)</translation>
+    </message>
+    <message>
+        <source>Случайное приращение к задержке (мс), не более указанного значения</source>
+        <translation>Random delay fluctuation (ms), not more than</translation>
     </message>
 </context>
 <context>
@@ -470,6 +655,76 @@
     </message>
 </context>
 <context>
+    <name>TarveloModel</name>
+    <message>
+        <source>Имя сценария не может быть пустым</source>
+        <translation>Script name cannot be empty</translation>
+    </message>
+    <message>
+        <source>Такое имя сценария уже используется</source>
+        <translation>This title is already used</translation>
+    </message>
+</context>
+<context>
+    <name>TarveloScriptEditor</name>
+    <message>
+        <source>Полное время шагов</source>
+        <translation>Full step time</translation>
+    </message>
+    <message>
+        <source>Если активировано, то стимул не прекращается после нажатия кнопки/педали</source>
+        <translation>If checked, the stimulus doesn&apos;t stop when a button or pedal is pressed</translation>
+    </message>
+    <message>
+        <source>Название</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Низкий тон</source>
+        <translation>Low tone</translation>
+    </message>
+    <message>
+        <source>Описание</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <source>Высокий тон</source>
+        <translation>High tone</translation>
+    </message>
+    <message>
+        <source>Сообщение</source>
+        <translation>Message</translation>
+    </message>
+    <message>
+        <source>Этапы</source>
+        <translation>Stages</translation>
+    </message>
+    <message>
+        <source>Добавить этап</source>
+        <translation>Add stage</translation>
+    </message>
+    <message>
+        <source>Удалить этап</source>
+        <translation>Remove stage</translation>
+    </message>
+    <message>
+        <source>Переходы</source>
+        <translation>Transfers</translation>
+    </message>
+    <message>
+        <source>Количество ошибок для активации перехода в конце этапа, пусто - действие не применяется</source>
+        <translation>Number of errors that activates the transfer at the end of the stage; empty: not applied</translation>
+    </message>
+    <message>
+        <source>Перейти к этапу </source>
+        <translation>Go to stage </translation>
+    </message>
+    <message>
+        <source>Удаление этапа</source>
+        <translation>Stage removal</translation>
+    </message>
+</context>
+<context>
     <name>TarveloSessionWidget</name>
     <message>
         <source>XLSX</source>
@@ -510,6 +765,25 @@
     <message>
         <source>Ошибка сохранения</source>
         <translation>Error saving</translation>
+    </message>
+</context>
+<context>
+    <name>TarveloStageEditor</name>
+    <message>
+        <source>Добавить шаг</source>
+        <translation>Add step</translation>
+    </message>
+    <message>
+        <source>Стимул</source>
+        <translation>Stimulus</translation>
+    </message>
+    <message>
+        <source>Длительность стимула</source>
+        <translation>Stimulus duration</translation>
+    </message>
+    <message>
+        <source>Задержка после стимулом</source>
+        <translation>Delay after stimulus</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru_RU" sourcelanguage="ru_RU">
 <context>
+    <name>DeleteUpDownWidget</name>
+    <message>
+        <source>Удалить</source>
+        <translation>Удалить</translation>
+    </message>
+    <message>
+        <source>Переместить вверх</source>
+        <translation>Переместить вверх</translation>
+    </message>
+    <message>
+        <source>Переместить вниз</source>
+        <translation>Переместить вниз</translation>
+    </message>
+</context>
+<context>
     <name>ExportBehaviorOption</name>
     <message>
         <source>OnExport_OpenFile</source>
@@ -319,6 +334,42 @@
         <source>No</source>
         <translation>Нет</translation>
     </message>
+    <message>
+        <source>ms</source>
+        <translation>мс</translation>
+    </message>
+    <message>
+        <source>Остановить</source>
+        <translation>Остановить</translation>
+    </message>
+    <message>
+        <source>-2 этапа</source>
+        <translation>-2 этапа</translation>
+    </message>
+    <message>
+        <source>-1 этап</source>
+        <translation>-1 этап</translation>
+    </message>
+    <message>
+        <source>Повтор этапа</source>
+        <translation>Повтор этапа</translation>
+    </message>
+    <message>
+        <source>+1 этап</source>
+        <translation>+1 этап</translation>
+    </message>
+    <message>
+        <source>+2 этапа</source>
+        <translation>+2 этапа</translation>
+    </message>
+    <message>
+        <source>Макс. повторов</source>
+        <translation>Макс. повторов</translation>
+    </message>
+    <message>
+        <source>Hz</source>
+        <translation>Гц</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -359,6 +410,69 @@
     </message>
 </context>
 <context>
+    <name>PageScript</name>
+    <message>
+        <source>Удалить сценарий</source>
+        <translation>Удалить сценарий</translation>
+    </message>
+    <message>
+        <source>Редактировать сценарий</source>
+        <translation>Редактировать сценарий</translation>
+    </message>
+    <message>
+        <source>Создать сценарий</source>
+        <translation>Создать сценарий</translation>
+    </message>
+    <message>
+        <source>Сохранить</source>
+        <translation>Сохранить</translation>
+    </message>
+    <message>
+        <source>Сохранить изменения</source>
+        <translation>Сохранить изменения</translation>
+    </message>
+    <message>
+        <source>Отмена</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Отменить изменения</source>
+        <translation>Отменить изменения</translation>
+    </message>
+    <message>
+        <source>Сценарий редактируется: сохраните или отмените изменения</source>
+        <translation>Сценарий редактируется: сохраните или отмените изменения</translation>
+    </message>
+    <message>
+        <source>Несохранённые изменения</source>
+        <translation>Несохранённые изменения</translation>
+    </message>
+    <message>
+        <source>Сохранить изменения в сценарии &quot;%1&quot;?</source>
+        <translation>Сохранить изменения в сценарии &quot;%1&quot;?</translation>
+    </message>
+    <message>
+        <source>Не сохранять</source>
+        <translation>Не сохранять</translation>
+    </message>
+    <message>
+        <source>Удаление сценария</source>
+        <translation>Удаление сценария</translation>
+    </message>
+    <message>
+        <source>Сохранение сценария</source>
+        <translation>Сохранение сценария</translation>
+    </message>
+    <message>
+        <source>Создание сценария</source>
+        <translation>Создание сценария</translation>
+    </message>
+    <message>
+        <source>Не удалось записать сценарий в папку</source>
+        <translation>Не удалось записать сценарий в папку</translation>
+    </message>
+</context>
+<context>
     <name>PlayScriptStopSessionButton</name>
     <message>
         <source>Прервать сессию</source>
@@ -367,6 +481,77 @@
     <message>
         <source>Воспроизвести сценарий</source>
         <translation>Воспроизвести сценарий</translation>
+    </message>
+    <message>
+        <source>Сценарий не выбран</source>
+        <translation>Сценарий не выбран</translation>
+    </message>
+    <message>
+        <source>В сценарии нет ни одного шага</source>
+        <translation>В сценарии нет ни одного шага</translation>
+    </message>
+    <message>
+        <source>Устройство не подключено</source>
+        <translation>Устройство не подключено</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptCreatorWidget</name>
+    <message>
+        <source>Создание сценария</source>
+        <translation>Создание сценария</translation>
+    </message>
+    <message>
+        <source>Создание этапа</source>
+        <translation>Создание этапа</translation>
+    </message>
+    <message>
+        <source>Название</source>
+        <translation>Название</translation>
+    </message>
+    <message>
+        <source>Стимулы</source>
+        <translation>Стимулы</translation>
+    </message>
+    <message>
+        <source>Этапы</source>
+        <translation>Этапы</translation>
+    </message>
+    <message>
+        <source>Создать</source>
+        <translation>Создать</translation>
+    </message>
+    <message>
+        <source>Отмена</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Для двух и более шагов в этапе нужны хотя бы два стимула</source>
+        <translation>Для двух и более шагов в этапе нужны хотя бы два стимула</translation>
+    </message>
+    <message>
+        <source>Шаги</source>
+        <translation>Шаги</translation>
+    </message>
+    <message>
+        <source>Количество шагов в этапе</source>
+        <translation>Количество шагов в этапе</translation>
+    </message>
+    <message>
+        <source>Длительность стимула, мс</source>
+        <translation>Длительность стимула, мс</translation>
+    </message>
+    <message>
+        <source>Случайное приращение к длительности (мс), не более указанного значения</source>
+        <translation>Случайное приращение к длительности (мс), не более указанного значения</translation>
+    </message>
+    <message>
+        <source>Длительность задержки после стимула (мс)</source>
+        <translation>Длительность задержки после стимула (мс)</translation>
+    </message>
+    <message>
+        <source>Случайное приращение к задержке (мс), не более указанного значения</source>
+        <translation>Случайное приращение к задержке (мс), не более указанного значения</translation>
     </message>
 </context>
 <context>
@@ -470,6 +655,76 @@
     </message>
 </context>
 <context>
+    <name>TarveloModel</name>
+    <message>
+        <source>Имя сценария не может быть пустым</source>
+        <translation>Имя сценария не может быть пустым</translation>
+    </message>
+    <message>
+        <source>Такое имя сценария уже используется</source>
+        <translation>Такое имя сценария уже используется</translation>
+    </message>
+</context>
+<context>
+    <name>TarveloScriptEditor</name>
+    <message>
+        <source>Полное время шагов</source>
+        <translation>Полное время шагов</translation>
+    </message>
+    <message>
+        <source>Если активировано, то стимул не прекращается после нажатия кнопки/педали</source>
+        <translation>Если активировано, то стимул не прекращается после нажатия кнопки/педали</translation>
+    </message>
+    <message>
+        <source>Название</source>
+        <translation>Название</translation>
+    </message>
+    <message>
+        <source>Низкий тон</source>
+        <translation>Низкий тон</translation>
+    </message>
+    <message>
+        <source>Описание</source>
+        <translation>Описание</translation>
+    </message>
+    <message>
+        <source>Высокий тон</source>
+        <translation>Высокий тон</translation>
+    </message>
+    <message>
+        <source>Сообщение</source>
+        <translation>Сообщение</translation>
+    </message>
+    <message>
+        <source>Этапы</source>
+        <translation>Этапы</translation>
+    </message>
+    <message>
+        <source>Добавить этап</source>
+        <translation>Добавить этап</translation>
+    </message>
+    <message>
+        <source>Удалить этап</source>
+        <translation>Удалить этап</translation>
+    </message>
+    <message>
+        <source>Переходы</source>
+        <translation>Переходы</translation>
+    </message>
+    <message>
+        <source>Количество ошибок для активации перехода в конце этапа, пусто - действие не применяется</source>
+        <translation>Количество ошибок для активации перехода в конце этапа, пусто - действие не применяется</translation>
+    </message>
+    <message>
+        <source>Перейти к этапу </source>
+        <translation>Перейти к этапу </translation>
+    </message>
+    <message>
+        <source>Удаление этапа</source>
+        <translation>Удаление этапа</translation>
+    </message>
+</context>
+<context>
     <name>TarveloSessionWidget</name>
     <message>
         <source>XLSX</source>
@@ -510,6 +765,25 @@
     <message>
         <source>Ошибка сохранения</source>
         <translation>Ошибка сохранения</translation>
+    </message>
+</context>
+<context>
+    <name>TarveloStageEditor</name>
+    <message>
+        <source>Добавить шаг</source>
+        <translation>Добавить шаг</translation>
+    </message>
+    <message>
+        <source>Стимул</source>
+        <translation>Стимул</translation>
+    </message>
+    <message>
+        <source>Длительность стимула</source>
+        <translation>Длительность стимула</translation>
+    </message>
+    <message>
+        <source>Задержка после стимулом</source>
+        <translation>Задержка после стимулом</translation>
     </message>
 </context>
 <context>

@@ -1,8 +1,9 @@
 // tarvelo-screenshot: renders the main window to PNG files for review. It runs against whatever
 // box, data folder and system language the environment gives (scripts/screenshots.sh sets up
 // the emulator and a demo folder, and runs it once per language): the first pictures show the
-// window once the box has answered and a script is selected, the next the live report after
-// some stages of that script have been played, and the last the export's file dialog.
+// window once the box has answered and a script is selected, with the Script page also editing
+// that script and its creator open, the next the live report after some stages of that script
+// have been played, and the last the export's file dialog.
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "device/TarveloDevice.h"
@@ -13,6 +14,9 @@
 #include "session/widgets/TarveloSessionWidget.h"
 #include "ui/AppStyle.h"
 #include "ui/MainWindow.h"
+#include "ui/PageScript.h"
+#include "ui/ScriptCreatorWidget.h"
+#include "ui/TarveloScriptEditor.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -20,6 +24,7 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextStream>
@@ -63,6 +68,8 @@ const std::pair<MainWindow::Page, const char *> PagePictures[] = {
 
 bool save(QWidget &window, const QString &path)
 {
+    // Layouts settle in posted events: a widget just shown or hidden takes its place first.
+    QCoreApplication::processEvents();
     QDir().mkpath(QFileInfo(path).absolutePath());
     const bool saved = window.grab().save(path, "PNG");
     if (saved)
@@ -202,21 +209,44 @@ int main(int argc, char *argv[])
                         : QStringLiteral("no box answered: is TARVELO_EXTRA_PORTS set?"));
     if (!idlePath.isEmpty() && !save(window, idlePath))
         return fail(QStringLiteral("can't write %1").arg(idlePath));
+    auto *page = qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage));
     if (!pagesFolder.isEmpty()) {
-        for (const auto &[page, name] : PagePictures) {
-            window.tabs()->setCurrentIndex(page);
+        TarveloScriptEditor *editor = page->editor();
+        // The second stage, so that the pictures show a stage other than the default one.
+        if (editor->stageButtons().size() > 1)
+            editor->stageButtons().at(1)->click();
+        for (const auto &[tab, name] : PagePictures) {
+            window.tabs()->setCurrentIndex(tab);
             const QString path = pagesFolder + QLatin1Char('/') + QLatin1String(name);
             if (!save(window, path))
                 return fail(QStringLiteral("can't write %1").arg(path));
         }
         window.tabs()->setCurrentIndex(MainWindow::ScriptPage);
+
+        page->editButton()->click();
+        // A title the file name can't carry, to show the inline reason and the held-back Save.
+        editor->titleEdit()->setText(editor->titleEdit()->text() + QStringLiteral("/2"));
+        const QString editingPath = pagesFolder + QStringLiteral("/script-editing.png");
+        const bool editingSaved = save(window, editingPath);
+        page->cancelButton()->click();
+        if (!editingSaved)
+            return fail(QStringLiteral("can't write %1").arg(editingPath));
+
+        page->createButton()->click();
+        auto *creator = page->findChild<ScriptCreatorWidget *>();
+        creator->nameEdit()->setText(QStringLiteral("Новый сценарий"));
+        creator->resize(creator->sizeHint().expandedTo(QSize(760, 640)));
+        const QString creatorPath = pagesFolder + QStringLiteral("/script-creator.png");
+        const bool creatorSaved = save(*creator, creatorPath);
+        creator->close();
+        if (!creatorSaved)
+            return fail(QStringLiteral("can't write %1").arg(creatorPath));
     }
     if (runningPath.isEmpty())
         return 0;
 
     // Played the way the operator does it: the play button in the header of the script page.
-    auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
-    header->playButton()->playButton()->click();
+    page->playButton()->playButton()->click();
     if (!waitFor([&] { return playedEnough(*model, stages); }, timeoutMs))
         return fail(QStringLiteral("the session didn't get %1 stages far").arg(stages));
     if (!save(window, runningPath))
