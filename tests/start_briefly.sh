@@ -13,7 +13,7 @@ HOME=$home "$1" >/dev/null 2>&1 &
 program=$!
 shown() {
     local window
-    window=$(xwininfo -root -tree | grep -m1 '"Тарвело [0-9.]*":' | awk '{print $1}')
+    window=$(xwininfo -root -tree | grep -m1 -E '"(Тарвело|Tarvelo) [0-9.]*":' | awk '{print $1}')
     [ -n "$window" ] && xwininfo -id "$window" | grep -q "Map State: IsViewable"
 }
 for _ in $(seq 150); do

@@ -1,3 +1,4 @@
+#include "foundation/LanguageContext.h"
 #include "session/SessionExport.h"
 #include "session/SessionReport.h"
 #include "support/SessionFixtures.h"
@@ -63,6 +64,11 @@ class SessionTest : public QObject
 {
     Q_OBJECT
 private slots:
+    // The report's texts keep the language of their first use.
+    void initTestCase()
+    {
+        QCOMPARE(LanguageContext::setLanguage("ru_RU"), QStringLiteral("ru_RU"));
+    }
     void exampleIsWrittenByteForByteAndReadsBack();
     void damagedFilesRead_data() { TestFiles::addRows(QStringLiteral("tables/session_files.txt")); }
     void damagedFilesRead();
