@@ -20,6 +20,9 @@ CurrentUserComboBox::CurrentUserComboBox(TarveloModel *model, QWidget *parent)
     layout->setSpacing(4);
     layout->addWidget(new AddUserButton(model), 0);
     m_comboBox = new QComboBox;
+    // Room for a usual full name, whenever the subject is added; a longer one is cut.
+    m_comboBox->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_comboBox->setMinimumContentsLength(24);
     layout->addWidget(m_comboBox, 100);
 
     // Refills run with signals blocked: only the operator's own choice reaches the model.
