@@ -23,8 +23,6 @@
 #include <QSplitter>
 
 namespace {
-const QString SessionType = QStringLiteral("session");
-
 QListWidget *makeList()
 {
     auto *list = new QListWidget;
@@ -102,7 +100,8 @@ void PageDatabase::fillUsers()
                 new QListWidgetItem(SubjectItems::icon(user), user->fullName(false), m_userList);
             item->setData(Qt::UserRole, user->getGUID());
         }
-        if (!FileUtilities::getFilesOfType(m_model->recordsFolder(), SessionType, false, true)
+        if (!FileUtilities::getFilesOfType(m_model->recordsFolder(), TarveloSession::fileSuffix(),
+                                           false, true)
                  .isEmpty()) {
             auto *item = new QListWidgetItem(
                 SubjectItems::incognitoIcon(),
@@ -136,8 +135,9 @@ void PageDatabase::syncSelection()
 
 void PageDatabase::fillSessions(const QString &folder)
 {
-    const QStringList paths = FileUtilities::getFilesOfType(
-        folder.isEmpty() ? m_model->recordsFolder() : folder, SessionType, false, true);
+    const QStringList paths =
+        FileUtilities::getFilesOfType(folder.isEmpty() ? m_model->recordsFolder() : folder,
+                                      TarveloSession::fileSuffix(), false, true);
     {
         const QSignalBlocker blocker(m_sessionList);
         m_sessionList->clear();
