@@ -34,6 +34,7 @@ class FormSettings : public NTSettings
     Q_CLASSINFO("QuietDefault", "5")
     Q_CLASSINFO("QuietNoDefault", "true")
     Q_PROPERTY(double Ratio MEMBER m_ratio NOTIFY changed)
+    Q_CLASSINFO("RatioDefault", "1.25")
     Q_PROPERTY(float Scale MEMBER m_scale NOTIFY changed)
     Q_PROPERTY(bool Flag MEMBER m_flag NOTIFY changed)
     Q_CLASSINFO("FlagCategory", "Main")
@@ -46,6 +47,8 @@ class FormSettings : public NTSettings
     Q_CLASSINFO("FolderSpecialType", "pickfolder")
     Q_PROPERTY(int Level MEMBER m_count NOTIFY changed)
     Q_CLASSINFO("LevelSpecialType", "slider")
+    Q_CLASSINFO("LevelDefault", "4")
+    Q_CLASSINFO("LevelMaximum", "200")
     Q_PROPERTY(QString Choice MEMBER m_text NOTIFY changed)
     Q_CLASSINFO("ChoiceSpecialType", "StringList")
     Q_PROPERTY(int Options MEMBER m_count NOTIFY changed)
@@ -57,7 +60,9 @@ class FormSettings : public NTSettings
     Q_PROPERTY(QString Odd MEMBER m_text NOTIFY changed)
     Q_CLASSINFO("OddSpecialType", "Sliders")
     Q_PROPERTY(Mode Kind MEMBER m_mode NOTIFY changed)
+    Q_CLASSINFO("KindDefault", "Mode::Second")
     Q_PROPERTY(QPoint Origin MEMBER m_origin NOTIFY changed)
+    Q_CLASSINFO("OriginDefault", "QPoint(5, 6)")
     Q_PROPERTY(QPointF Anchor MEMBER m_point NOTIFY changed)
     Q_PROPERTY(QDate Day MEMBER m_day NOTIFY changed)
     Q_PROPERTY(QColor Tint MEMBER m_tint NOTIFY changed)
@@ -141,21 +146,21 @@ void PropertyFormTest::eachKindOfPropertyGetsItsView_data()
     QTest::newRow("Count") << "IntPropertyView" << 1 << true;
     QTest::newRow("Locked") << "IntPropertyView" << 1 << false;
     QTest::newRow("Quiet") << "IntPropertyView" << 1 << false;
-    QTest::newRow("Ratio") << "DoublePropertyView" << 1 << false;
+    QTest::newRow("Ratio") << "DoublePropertyView" << 1 << true;
     QTest::newRow("Scale") << "DoublePropertyView" << 1 << false;
     QTest::newRow("Flag") << "BoolPropertyView" << 1 << false;
     QTest::newRow("Name") << "StringPropertyView" << 2 << false;
     QTest::newRow("Notes") << "MultilinePropertyView" << 2 << false;
     QTest::newRow("File") << "SpecialPropertyView" << 2 << false;
     QTest::newRow("Folder") << "SpecialPropertyView" << 2 << false;
-    QTest::newRow("Level") << "SliderPropertyView" << 1 << false;
+    QTest::newRow("Level") << "SliderPropertyView" << 1 << true;
     QTest::newRow("Choice") << "EnumStringListPropertyView" << 1 << false;
     QTest::newRow("Options") << "IntPropertyView" << 1 << false; // a list needs a text
     QTest::newRow("Pick") << "EnumStringListPropertyView" << 1 << false;
     QTest::newRow("Span") << "DualDoubleSpinBox/Range" << 1 << false;
     QTest::newRow("Odd") << "StringPropertyView" << 2 << false;
-    QTest::newRow("Kind") << "EnumPropertyView" << 1 << false;
-    QTest::newRow("Origin") << "DualDoubleSpinBox/Point" << 1 << false;
+    QTest::newRow("Kind") << "EnumPropertyView" << 1 << true;
+    QTest::newRow("Origin") << "DualDoubleSpinBox/Point" << 1 << true;
     QTest::newRow("Anchor") << "DualDoubleSpinBox/Point" << 1 << false; // "QPointF" has "QPoint"
     QTest::newRow("Day") << "DatePropertyView" << 1 << false;
     QTest::newRow("Tint") << "ColorPropertyView" << 1 << false;
@@ -198,7 +203,7 @@ void PropertyFormTest::eachViewShowsTheValueAndWritesItsInput_data()
                           << QVariant("b");
     QTest::newRow("Notes") << QVariant("a\nb") << QVariant("a\nb") << QVariant("c")
                            << QVariant("c");
-    QTest::newRow("Level") << QVariant(4) << QVariant(4) << QVariant(6) << QVariant(6);
+    QTest::newRow("Level") << QVariant(4) << QVariant(4) << QVariant(150) << QVariant(150);
     QTest::newRow("Kind") << QVariant("Second") << QVariant("Second") << QVariant("First")
                           << QVariant::fromValue(FormSettings::First);
     QTest::newRow("Day") << QVariant(day) << QVariant(day.startOfDay())
@@ -220,9 +225,13 @@ void PropertyFormTest::eachViewShowsTheValueAndWritesItsInput()
     FormSettings settings;
     QVERIFY(settings.setProperty(name, stored));
     PropertyListControl form(&settings);
-    QWidget *editor = form.getWidgetInfo(name).view->getEditor();
+    const BasePropertyView *view = form.getWidgetInfo(name).view;
+    QWidget *editor = view->getEditor();
+    QVERIFY(editor->isVisibleTo(&form));
     const QMetaProperty user = editor->metaObject()->userProperty();
     QCOMPARE(user.read(editor), shown);
+    if (const QPushButton *mark = view->defaultButton()) // the value stored is the default
+        QVERIFY(mark->styleSheet().contains(QLatin1String("transparent")));
     if (auto *line = qobject_cast<QLineEdit *>(editor)) { // only typing writes a line
         line->selectAll();
         QTest::keyClicks(line, input.toString());
@@ -230,6 +239,7 @@ void PropertyFormTest::eachViewShowsTheValueAndWritesItsInput()
         QVERIFY(user.write(editor, input));
     }
     QCOMPARE(settings.property(name), written);
+    QCOMPARE(user.read(editor), input); // and the editor keeps it
 }
 
 void PropertyFormTest::checkVisibility_data()

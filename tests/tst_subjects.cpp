@@ -284,6 +284,7 @@ void SubjectsTest::looseSessionsShowUnderThePseudoSubject()
 {
     startWithIvanov();
     QCOMPARE(m_page->userList()->count(), 1);
+    QVERIFY(m_page->sessionList()->isVisibleTo(m_page.get()));
     const QString loose = m_data.records() + SecondSession;
     QVERIFY(QFile::copy(QStringLiteral(TARVELO_TEST_DATA "/example.session"), loose));
     m_model->reloadUsers();
