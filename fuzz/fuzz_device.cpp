@@ -12,7 +12,6 @@
 #include "data/TarveloSession.h"
 #include "data/TarveloUser.h"
 #include "device/TarveloDevice.h"
-#include "foundation/FileUtilities.h"
 #include "support/TestDataFolder.h"
 
 #include <QDir>
@@ -53,8 +52,7 @@ QString indentedJson(const TarveloSession *session)
 void checkWrittenSession()
 {
     const TarveloSession *session = model->session();
-    const QString file = FileUtilities::FolderSlash(model->recordsFolder())
-        + model->currentUser()->fullName(true) + QLatin1Char('/') + session->fileName();
+    const QString file = model->userFolder(model->currentUser()) + session->fileName();
     const QScopedPointer<TarveloSession> read(TarveloSession::load(file));
     checkEqual(indentedJson(session), indentedJson(read.data()),
                "a finished session is on disk as recorded");

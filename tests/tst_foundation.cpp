@@ -35,6 +35,8 @@ private slots:
     void textFunctions();
     void filesOfTypeGoDownWithRelativeNames();
     void writeAtomicallyReplacesOrLeavesTheOldFile();
+    void folderNameIsSafe_data();
+    void folderNameIsSafe();
 };
 
 void FoundationTest::textFunctions()
@@ -105,6 +107,46 @@ void FoundationTest::writeAtomicallyReplacesOrLeavesTheOldFile()
     QVERIFY(!FileUtilities::writeAtomically(QString(), "data"));
     QCOMPARE(TestFiles::read(path), QByteArray("old content"));
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList {"User.xml"});
+}
+
+void FoundationTest::folderNameIsSafe_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("keptEnd");
+    QTest::addColumn<QString>("folder");
+    const QString guidEnd = QStringLiteral(" (4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10)");
+    const QString zhe(1, QChar(0x0416));                    // two bytes in UTF-8
+    const QString euro(1, QChar(0x20AC));                   // three bytes
+    const QString smile = QString::fromUcs4(U"\U0001F600"); // four bytes, two UTF-16 units
+    QTest::newRow("plain") << "Иванов Иван" << guidEnd << "Иванов Иван" + guidEnd;
+    QTest::newRow("separators") << "../a/b\\c" << QString() << "_._a_b_c";
+    QTest::newRow("parent") << ".." << QString() << "__";
+    QTest::newRow("hidden") << ".hidden" << guidEnd << "_hidden" + guidEnd;
+    QTest::newRow("refused by Windows") << "c:\"<>|?*d" << QString() << "c_______d";
+    QTest::newRow("controls") << QString::fromUtf8("a\x01\tb\x7f") + QChar(0x85) << QString()
+                              << "a__b__";
+    QTest::newRow("trailing dot") << "Jr." << QString() << "Jr_";
+    QTest::newRow("trailing blank") << "Jr " << QString() << "Jr_";
+    QTest::newRow("inner dots stay") << "a..b" << QString() << "a..b";
+    QTest::newRow("nothing") << QString() << QString() << "_";
+    QTest::newRow("long name, GUID kept")
+        << zhe.repeated(300) << guidEnd << zhe.repeated((255 - 39) / 2) + guidEnd;
+    QTest::newRow("cut at whole characters")
+        << euro.repeated(100) << "x" << euro.repeated(84) + "x";
+    QTest::newRow("pairs stay whole") << smile.repeated(70) << QString() << smile.repeated(63);
+    QTest::newRow("lone surrogate") << QString(QChar(0xD800)) + "a" << QString() << "_a";
+    QTest::newRow("hostile end") << "a"
+                                 << "(../x)"
+                                 << "a(.._x)";
+}
+
+void FoundationTest::folderNameIsSafe()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, keptEnd);
+    const QString made = FileUtilities::safeFolderName(name, keptEnd);
+    QTEST(made, "folder");
+    QVERIFY(made.toUtf8().size() <= 255);
 }
 
 QTEST_GUILESS_MAIN(FoundationTest)

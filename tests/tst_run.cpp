@@ -58,6 +58,7 @@ private slots:
     void transferRule_data() { TestFiles::addRows(QStringLiteral("tables/transfer_rule.txt")); }
     void transferRule();
     void playedScriptIsStoredAsTheBoxReportedIt();
+    void subjectFileWithoutGuidGetsAStableOneAndIsNotWritten();
 
 private:
     void startModel();
@@ -123,6 +124,8 @@ void RunTest::startModel()
 // what "state", "files" and "model" report. A line "{...}" is a frame from the box, read as the
 // link reads it; the other lines are steps of the operator or of the test:
 //   subject A|B|-|<GUID>, reload-subjects, folder <name in Records>[ | <its User.xml>],
+//   add-subject <GUID> | <last name>, rename <new last name of the current subject>,
+//   folders (what the documents, the data and the records folders hold),
 //   remove-folder A|B, block-folder A|B (a file stands in its place),
 //   script <file> | <title in it>, select-script <title>, edit-script <new title> (and a stage
 //   more), commit save|cancel, remove-script, title <title of the selected script>,
@@ -176,6 +179,25 @@ QString RunTest::run(const QStringList &lines)
                        .arg(first, second, m_model->isTitleFree(first, second) ? "yes" : "no");
         } else if (command == "subject") {
             m_model->selectUser(guid);
+        } else if (command == "add-subject") {
+            TarveloUser user;
+            user.setGUID(first);
+            user.setLastName(second);
+            m_model->addUser(&user);
+        } else if (command == "rename") {
+            TarveloUser edited;
+            edited.copyFrom(m_model->currentUser());
+            edited.setLastName(argument);
+            m_model->updateUser(edited.getGUID(), &edited);
+        } else if (command == "folders") {
+            const auto entries = [](const QString &path) {
+                return QDir(path)
+                    .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)
+                    .join(", ");
+            };
+            out += "folders: " + entries(m_data.documents()) + " / " + entries(m_data.root() + "..")
+                + " / " + entries(m_data.root()) + " / " + entries(m_data.records())
+                + "\n  current subject named \"" + m_model->currentUser()->getLastName() + "\"\n";
         } else if (command == "reload-subjects") {
             m_model->reloadUsers();
         } else if (command == "folder") {
@@ -231,11 +253,11 @@ QString RunTest::modelState() const
                    .arg(script->stages().size());
     QStringList subjects;
     for (const TarveloUser *user : model.users())
-        subjects << Guids.key(user->getGUID(), "unreadable");
+        subjects << Guids.key(user->getGUID(), user->getGUID().isEmpty() ? "no GUID" : "own GUID");
     subjects.sort();
     const TarveloUser *user = model.currentUser();
     out += "\n  subjects " + subjects.join(", ") + "; current "
-        + (user ? Guids.key(user->getGUID()) : "none");
+        + (user ? Guids.key(user->getGUID(), "own GUID") : "none");
     TarveloSettings stored;
     stored.setAutoSave(false);
     stored.setFilepath(m_data.settingsFile());
@@ -243,7 +265,9 @@ QString RunTest::modelState() const
         out += "\n  no settings file";
     else
         out += QStringLiteral("\n  stored script \"%1\", subject %2")
-                   .arg(stored.getLastScriptTitle(), Guids.key(stored.getLastUserGuid(), "none"));
+                   .arg(stored.getLastScriptTitle(),
+                        Guids.key(stored.getLastUserGuid(),
+                                  stored.getLastUserGuid().isEmpty() ? "none" : "own GUID"));
     const bool laidOut = QFileInfo(m_data.records()).isDir() && QFileInfo(m_data.scripts()).isDir()
         && QDir::currentPath() + '/' == m_data.root();
     return out
@@ -382,6 +406,25 @@ void RunTest::playedScriptIsStoredAsTheBoxReportedIt()
     }
     QCOMPARE(expected, TransferRule::ScriptEnds);
     QVERIFY(m_model->session()->stages().size() > played.size());
+}
+
+void RunTest::subjectFileWithoutGuidGetsAStableOneAndIsNotWritten()
+{
+    const QString file = m_data.records() + QStringLiteral("By hand/User.xml");
+    const QByteArray written = "<TarveloUser><LastName>Сидоров</LastName></TarveloUser>";
+    QVERIFY(QDir().mkpath(QFileInfo(file).absolutePath()) && TestFiles::write(file, written));
+    startModel();
+    QCOMPARE(m_model->users().size(), 1);
+    const QString guid = m_model->users().constFirst()->getGUID();
+    QVERIFY(!guid.isEmpty());
+    m_model->selectUser(guid);
+    m_model->handleDeviceMessage(QStringLiteral("scriptStarted=Проба"));
+    m_model->handleDeviceMessage(QStringLiteral("scriptFinished"));
+    QCOMPARE(TestDataFolder::sessionFiles(QFileInfo(file).absolutePath()).size(), 1);
+    QCOMPARE(TestFiles::read(file), written);
+    startModel(); // the next start
+    QVERIFY(m_model->currentUser());
+    QCOMPARE(m_model->currentUser()->getGUID(), guid);
 }
 
 QTEST_GUILESS_MAIN(RunTest)

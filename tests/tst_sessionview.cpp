@@ -7,6 +7,7 @@
 #include "session/widgets/TarveloSessionWidget.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
+#include "support/ModalAnswerer.h"
 #include "support/SessionFixtures.h"
 #include "support/TestDataFolder.h"
 #include "ui/MainWindow.h"
@@ -127,22 +128,12 @@ private:
     std::unique_ptr<TarveloSession> m_session;
     std::unique_ptr<QTemporaryDir> m_out;
     QStringList m_launched;
-    QStringList m_warnings;
-    QTimer m_messageWatch;
+    std::unique_ptr<ModalAnswerer> m_answers;
 };
 
 void SessionViewTest::initTestCase()
 {
     QVERIFY(m_data.isValid());
-    // Every message box is answered at once and remembered; none may block a test.
-    m_messageWatch.setInterval(10);
-    connect(&m_messageWatch, &QTimer::timeout, this, [this] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            m_warnings << box->text();
-            box->done(0);
-        }
-    });
-    m_messageWatch.start();
     DesktopShell::setInterceptor([this](DesktopShell::Action action, const QString &path) {
         m_launched << (action == DesktopShell::Action::OpenFile ? "OpenFile " : "ShowInFolder ")
                 + path;
@@ -156,7 +147,7 @@ void SessionViewTest::init()
     m_out = std::make_unique<QTemporaryDir>();
     QVERIFY(QDir().mkpath(m_out->filePath("kept")) && QDir().mkpath(m_out->filePath("other")));
     m_launched.clear();
-    m_warnings.clear();
+    m_answers = std::make_unique<ModalAnswerer>();
 }
 
 void SessionViewTest::cleanup()
@@ -321,7 +312,7 @@ void SessionViewTest::exportDialog()
              expectedFolder + "/Сидоров - Проба - 2024-03-05 14.20 | " + offeredFilter
                  + " of XLSX (*.xlsx), CSV (*.csv), PDF (*.pdf)");
     QCOMPARE(m_data.storedSettings(), stored);
-    QVERIFY(m_launched.isEmpty() && m_warnings.isEmpty());
+    QVERIFY(m_launched.isEmpty() && m_answers->messages.isEmpty());
 }
 
 void SessionViewTest::exportFiles()
@@ -343,8 +334,9 @@ void SessionViewTest::exportFiles()
     QVERIFY2(bytes.startsWith(start) && bytes.isEmpty() == start.isEmpty(), bytes.left(40));
     QCOMPARE(m_launched,
              launched.isEmpty() ? QStringList() : QStringList {launched + ' ' + view->answer});
-    QCOMPARE(m_warnings,
-             warning ? QStringList {"Ошибка сохранения \"" + view->answer + '"'} : QStringList());
+    QCOMPARE(m_answers->messages.size(), warning ? 2 : 0); // a title and a text
+    QCOMPARE(m_answers->messages.value(1),
+             warning ? "Ошибка сохранения \"" + view->answer + '"' : QString());
     // Remembered before writing, so a failed write still moves the folder.
     TarveloSettings stored;
     QVERIFY(stored.reload());

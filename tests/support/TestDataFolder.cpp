@@ -49,6 +49,11 @@ bool TestDataFolder::writeSettings(const QByteArray &elements) const
         && TestFiles::write(settingsFile(), "<TarveloSettings>" + elements + "</TarveloSettings>");
 }
 
+QStringList TestDataFolder::sessionFiles(const QString &folder)
+{
+    return QDir(folder).entryList({QStringLiteral("*.session")}, QDir::Files, QDir::Name);
+}
+
 QStringList TestDataFolder::allSessionFiles() const
 {
     QStringList found;

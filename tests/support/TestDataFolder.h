@@ -40,6 +40,8 @@ public:
     bool writeSettings(const QByteArray &elements) const;
     QByteArray storedSettings() const { return TestFiles::read(settingsFile()); }
 
+    // The session files directly in a folder, by name.
+    static QStringList sessionFiles(const QString &folder);
     // Every session file anywhere under the records folder, relative to it, sorted.
     QStringList allSessionFiles() const;
 
