@@ -406,6 +406,8 @@ void ScriptPageTest::createdScriptIsFiledWithTheSettings()
     auto *creator = page.findChild<ScriptCreatorWidget *>();
     QVERIFY(creator->isVisible());
     QVERIFY(!creator->createButton()->isEnabled());
+    // The count shown is that of the table offered.
+    QCOMPARE(creator->stageCountSpin()->value(), creator->table()->rowCount());
     const QList<QPair<QString, QString>> refused {
         {"   ", "Имя сценария не может быть пустым"},
         {" проба ", "Такое имя сценария уже используется"},
