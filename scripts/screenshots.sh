@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Renders the main window on the offscreen platform, against the box emulator and a fresh demo
-# data folder: docs/main-window-idle.png before a session, docs/main-window-session.png during
-# one.
+# data folder: docs/main-window-idle.png before a session, docs/device-page.png with lamps lit by
+# the box, docs/device-settings.png with the box's options, docs/main-window-session.png during
+# a session.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
@@ -17,4 +18,5 @@ demo_documents "$demo"
 start_demo_box "$demo/box" 10
 
 QT_QPA_PLATFORM=offscreen build/tools/screenshot/tarvelo-screenshot \
-    --idle docs/main-window-idle.png --running docs/main-window-session.png "$@"
+    --idle docs/main-window-idle.png --device docs/device-page.png \
+    --device-settings docs/device-settings.png --running docs/main-window-session.png "$@"

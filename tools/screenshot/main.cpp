@@ -1,10 +1,13 @@
 // tarvelo-screenshot: renders the main window to PNG files for review. It runs against whatever
 // box and data folder the environment gives (scripts/screenshots.sh sets up the emulator and a
-// demo folder): the first picture shows the window once the box has answered and a script is
-// selected, the second the live report after some stages of that script have been played.
+// demo folder): the window once the box has answered and a script is selected, the device page
+// with some lamps lit by the box, the device settings dialog, and the live report after some
+// stages of the selected script have been played.
+#include "app/TarveloCommon.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "device/TarveloDevice.h"
+#include "device/widgets/TarveloSettingsWidget.h"
 #include "foundation/LanguageContext.h"
 #include "session/widgets/PlayScriptStopSessionButton.h"
 #include "ui/AppStyle.h"
@@ -12,6 +15,7 @@
 #include "ui/MainWindow.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QEventLoop>
@@ -21,6 +25,7 @@
 #include <QTextStream>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -70,6 +75,49 @@ bool playedEnough(const TarveloModel &model, int stages)
     const QList<SessionStage *> played = session->stages();
     return played.size() > stages && played.constLast()->steps().size() >= 2;
 }
+
+// The lamps that the device page picture shows lit, one of each row.
+const QList<int> LitLamps {TarveloCommon::LED_TOP_Blue, TarveloCommon::LED_MID_Red,
+                           TarveloCommon::LED_MID_Green, TarveloCommon::LED_BOT_WhiteLeft};
+
+// The device page once the box reports the lamps lit, which it keeps so until told otherwise.
+bool saveDevicePage(MainWindow &window, TarveloDevice *device, const QString &path, int timeoutMs)
+{
+    window.tabs()->setCurrentIndex(MainWindow::DevicePage);
+    bool lit = false;
+    const QMetaObject::Connection reports =
+        QObject::connect(device, &TarveloDevice::ledChanged, [&lit](const QList<bool> &leds) {
+            lit = true;
+            for (int lamp : LitLamps)
+                lit = lit && leds.value(lamp);
+        });
+    for (int lamp : LitLamps)
+        device->testStimulus(lamp, true);
+    const bool shown = waitFor([&lit] { return lit; }, timeoutMs);
+    QObject::disconnect(reports);
+    // The page takes the report queued.
+    QCoreApplication::processEvents();
+    const bool saved = shown && save(window, path);
+    for (int lamp : LitLamps)
+        device->testStimulus(lamp, false);
+    window.tabs()->setCurrentIndex(MainWindow::ScriptPage);
+    return saved;
+}
+
+// The settings dialog in service mode, once the box has told its options.
+bool saveDeviceSettings(MainWindow &window, const QString &path, int timeoutMs)
+{
+    TarveloSettingsWidget dialog(true, &window);
+    dialog.show();
+    const QList<QCheckBox *> boxes = dialog.findChildren<QCheckBox *>();
+    const bool answered = waitFor(
+        [&boxes] {
+            return std::all_of(boxes.cbegin(), boxes.cend(),
+                               [](const QCheckBox *box) { return box->isEnabled(); });
+        },
+        timeoutMs);
+    return answered && save(dialog, path);
+}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -101,7 +149,14 @@ int main(int argc, char *argv[])
         QStringLiteral("timeout"),
         QStringLiteral("Seconds to wait for each picture (default 120)."), QStringLiteral("S"),
         QStringLiteral("120"));
-    parser.addOptions({idleOption, sessionOption, stagesOption, sizeOption, timeoutOption});
+    const QCommandLineOption deviceOption(
+        QStringLiteral("device"), QStringLiteral("Picture of the device page with lamps lit."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption settingsOption(
+        QStringLiteral("device-settings"), QStringLiteral("Picture of the device settings dialog."),
+        QStringLiteral("FILE"));
+    parser.addOptions({idleOption, sessionOption, deviceOption, settingsOption, stagesOption,
+                       sizeOption, timeoutOption});
     parser.process(app);
 
     bool stagesOk = false;
@@ -114,16 +169,19 @@ int main(int argc, char *argv[])
     if (!stagesOk || stages < 0 || !timeoutOk || timeoutMs <= 0 || windowSize.isEmpty())
         return fail(QStringLiteral("--stages, --timeout and --size need numbers, such as "
                                    "--stages 2 --timeout 60 --size 1280x800"));
-    if (!parser.isSet(idleOption) && !parser.isSet(sessionOption))
-        return fail(QStringLiteral("nothing to do: give --idle FILE, --running FILE or both"));
-
     // Made absolute now: the model makes the data folder the working folder.
-    const QString idlePath = parser.isSet(idleOption)
-        ? QFileInfo(parser.value(idleOption)).absoluteFilePath()
-        : QString();
-    const QString runningPath = parser.isSet(sessionOption)
-        ? QFileInfo(parser.value(sessionOption)).absoluteFilePath()
-        : QString();
+    const auto pathOf = [&parser](const QCommandLineOption &option) {
+        return parser.isSet(option) ? QFileInfo(parser.value(option)).absoluteFilePath()
+                                    : QString();
+    };
+    const QString idlePath = pathOf(idleOption);
+    const QString runningPath = pathOf(sessionOption);
+    const QString devicePath = pathOf(deviceOption);
+    const QString settingsPath = pathOf(settingsOption);
+    if (idlePath.isEmpty() && runningPath.isEmpty() && devicePath.isEmpty()
+        && settingsPath.isEmpty())
+        return fail(QStringLiteral("nothing to do: give --idle, --running, --device or "
+                                   "--device-settings with a FILE"));
 
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
     AppStyle::apply(app);
@@ -133,7 +191,7 @@ int main(int argc, char *argv[])
     window.show();
 
     TarveloModel *model = window.model();
-    const TarveloDevice *device = model->device();
+    TarveloDevice *device = model->device();
     const bool ready = waitFor(
         [&] {
             return device->isConnected() && !device->serialNumber().isEmpty()
@@ -147,6 +205,12 @@ int main(int argc, char *argv[])
                         : QStringLiteral("no box answered: is TARVELO_EXTRA_PORTS set?"));
     if (!idlePath.isEmpty() && !save(window, idlePath))
         return fail(QStringLiteral("can't write %1").arg(idlePath));
+    if (!devicePath.isEmpty() && !saveDevicePage(window, device, devicePath, timeoutMs))
+        return fail(QStringLiteral("the box didn't light its lamps, or %1 can't be written")
+                        .arg(devicePath));
+    if (!settingsPath.isEmpty() && !saveDeviceSettings(window, settingsPath, timeoutMs))
+        return fail(QStringLiteral("the box didn't tell its options, or %1 can't be written")
+                        .arg(settingsPath));
     if (runningPath.isEmpty())
         return 0;
 

@@ -1,0 +1,414 @@
+#include "app/TarveloCommon.h"
+#include "app/TarveloModel.h"
+#include "device/TarveloDevice.h"
+#include "device/widgets/ComUpdaterWidget.h"
+#include "device/widgets/PageDevice.h"
+#include "device/widgets/TarveloSettingsWidget.h"
+#include "device/widgets/TarveloStatusBar.h"
+#include "foundation/widgets/MediaHelper.h"
+#include "support/EmulatorProcess.h"
+#include "support/FakeBox.h"
+#include "support/TestDataFolder.h"
+#include "support/TestFiles.h"
+#include "ui/MainWindow.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDirIterator>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+#include <zip.h>
+
+namespace {
+using C = TarveloCommon;
+constexpr int WinMs = 8000;
+const QString Warning = QStringLiteral("There were errors while uploading firmware");
+
+// Runs act once ready holds, polled from whatever event loop runs, modal ones included.
+void when(const std::function<bool()> &ready, const std::function<void()> &act)
+{
+    auto *poll = new QTimer;
+    QObject::connect(poll, &QTimer::timeout, [poll, ready, act] {
+        if (!ready())
+            return;
+        poll->deleteLater();
+        poll->stop();
+        act();
+    });
+    poll->start(20);
+}
+
+template<typename T>
+T *modal()
+{
+    return qobject_cast<T *>(QApplication::activeModalWidget());
+}
+
+// Closes the next message box and keeps its text.
+void answerMessageBox(QString *text)
+{
+    when([] { return modal<QMessageBox>(); },
+         [text] {
+             *text = modal<QMessageBox>()->text();
+             modal<QMessageBox>()->done(0);
+         });
+}
+
+template<typename T>
+T *childWithText(QWidget *parent, const QString &text)
+{
+    const QList<T *> children = parent->findChildren<T *>();
+    for (T *child : children) {
+        if (child->text() == text)
+            return child;
+    }
+    return nullptr;
+}
+
+QPushButton *at(PageDevice &page, int row, int column)
+{
+    auto *grid = static_cast<QGridLayout *>(page.layout());
+    QWidget *widget = grid->itemAtPosition(row, column)->widget();
+    // The bottom lamps stand in frames of their own.
+    return widget->findChild<QPushButton *>() ? widget->findChild<QPushButton *>()
+                                              : qobject_cast<QPushButton *>(widget);
+}
+
+bool isLit(const QPushButton *lamp)
+{
+    return lamp->icon().cacheKey()
+        == MediaHelper::icon(":/resources/Images/alarm-light.svg").cacheKey();
+}
+
+// A package as a ZIP file made on Unix; "avrdude" entries are executable. Data defaults to a
+// script that says it is done.
+bool writePackage(const QString &path, const QStringList &names,
+                  const QMap<QString, QByteArray> &data = {})
+{
+    const zipFile zip = zipOpen64(QFile::encodeName(path).constData(), APPEND_STATUS_CREATE);
+    bool written = zip;
+    for (const QString &name : names) {
+        zip_fileinfo info {};
+        info.external_fa = uLong(name.startsWith("avrdude") ? 0100755 : 0100644) << 16;
+        const QByteArray bytes = data.value(name, "#!/bin/sh\necho done\n");
+        written = written
+            && zipOpenNewFileInZip4(zip, name.toUtf8().constData(), &info, nullptr, 0, nullptr, 0,
+                                    nullptr, Z_DEFLATED, Z_DEFAULT_COMPRESSION, 0, -MAX_WBITS, 8,
+                                    Z_DEFAULT_STRATEGY, nullptr, 0, 3 << 8 | 20, 0x800)
+                == ZIP_OK
+            && zipWriteInFileInZip(zip, bytes.constData(), unsigned(bytes.size())) == ZIP_OK
+            && zipCloseFileInZip(zip) == ZIP_OK;
+    }
+    return zip && zipClose(zip, nullptr) == ZIP_OK && written;
+}
+} // namespace
+
+class DevicePageTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { QVERIFY(m_data.isValid()); }
+    void init();
+    void cleanup();
+    void clicksOnLampsAndTonesReachTheBox();
+    void stateReportsLightLampsAndSinkControls();
+    void optionsRoundTripWithTheBoxAndALostLinkEmptiesThePanel();
+    void serialNumberIsWrittenOnlyInServiceMode();
+    void controlClickOpensTheSettingsOverTheShowingTab();
+    void packagesGiveTheRightVerdict_data();
+    void packagesGiveTheRightVerdict();
+    void standInToolSaysDone();
+    void realAvrdudeThroughTheDialogsEndsInTheWarning();
+
+private:
+    bool link(const QStringList &emulatorArguments = {});
+    QString package(const QStringList &names, const QMap<QString, QByteArray> &data = {});
+
+    TestDataFolder m_data;
+    QTemporaryDir m_dir;
+    std::unique_ptr<EmulatorProcess> m_box;
+    std::unique_ptr<TarveloModel> m_model;
+};
+
+void DevicePageTest::init()
+{
+    m_data.clear();
+    setExtraPorts({});
+    // Without a model the firmware dialog unpacks into the working folder.
+    QVERIFY(QDir::setCurrent(m_dir.path()));
+}
+
+void DevicePageTest::cleanup()
+{
+    m_model.reset();
+    m_box.reset();
+}
+
+// A model whose device is linked to the emulator.
+bool DevicePageTest::link(const QStringList &emulatorArguments)
+{
+    m_box = std::make_unique<EmulatorProcess>();
+    if (!m_box->start(emulatorArguments))
+        return false;
+    setExtraPorts({m_box->path()});
+    m_model = std::make_unique<TarveloModel>();
+    // The version is asked after the serial number: with its answer both are known.
+    QSignalSpy answered(m_model->device(), &TarveloDevice::gotVersion);
+    return answered.wait(WinMs);
+}
+
+QString DevicePageTest::package(const QStringList &names, const QMap<QString, QByteArray> &data)
+{
+    const QString path = m_dir.filePath(QString::number(qHash(names)) + ".tvl");
+    return writePackage(path, names, data) ? path : QString();
+}
+
+void DevicePageTest::clicksOnLampsAndTonesReachTheBox()
+{
+    m_box = std::make_unique<EmulatorProcess>();
+    QVERIFY(m_box->start());
+    setExtraPorts({m_box->path()});
+    TarveloDevice device(-1);
+    PageDevice page(&device);
+    QVERIFY(!page.isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(page.isEnabled(), WinMs);
+
+    QTest::mouseClick(at(page, 0, 3), Qt::LeftButton); // LED_TOP_Red
+    QTest::mouseClick(at(page, 2, 3), Qt::LeftButton); // LED_BOT_WhiteRight
+    QTest::mouseClick(at(page, 4, 1), Qt::LeftButton); // BTN_Green: sends nothing
+    QTest::mouseClick(at(page, 7, 2), Qt::LeftButton); // AUDIO_Both_Hi
+    QTest::mouseClick(at(page, 8, 1), Qt::LeftButton); // AUDIO_Left_Lo
+    const QStringList expected {"led=3", "led=11", "stim=17", "stim=12"};
+    QTRY_COMPARE(m_box->commands().mid(m_box->commands().size() - 4), expected);
+
+    m_box->kill();
+    QTRY_VERIFY(!page.isEnabled());
+}
+
+void DevicePageTest::stateReportsLightLampsAndSinkControls()
+{
+    FakeBox box;
+    QVERIFY(box.open());
+    setExtraPorts({box.path()});
+    TarveloDevice device(-1);
+    PageDevice page(&device);
+    QTRY_VERIFY_WITH_TIMEOUT(page.isEnabled(), WinMs);
+    QPushButton *pedal = at(page, 7, 0);
+
+    box.send("state=101000000001;btns=000000010");
+    QTRY_VERIFY(pedal->isChecked());
+    QList<bool> lit;
+    for (int lamp = 0; lamp < 5; ++lamp)
+        lit << isLit(at(page, 0, lamp));
+    lit << isLit(at(page, 1, 0)) << isLit(at(page, 2, 1)) << isLit(at(page, 2, 3));
+    QCOMPARE(lit, QList<bool>({true, false, true, false, false, false, false, true}));
+    QVERIFY(!at(page, 4, 0)->isChecked());
+
+    // A shorter report leaves the lamps behind it as they are.
+    box.send("state=010;btns=");
+    QTRY_VERIFY(!pedal->isChecked());
+    QVERIFY(!isLit(at(page, 0, 0)) && isLit(at(page, 0, 1)) && !isLit(at(page, 0, 2)));
+    QVERIFY(isLit(at(page, 2, 3)));
+}
+
+void DevicePageTest::optionsRoundTripWithTheBoxAndALostLinkEmptiesThePanel()
+{
+    QVERIFY(link());
+    TarveloSettingsWidget dialog(false);
+    QCheckBox *audio = childWithText<QCheckBox>(&dialog, "Invert audio");
+    QCheckBox *pedals = childWithText<QCheckBox>(&dialog, "Invert pedals");
+    QCheckBox *flashAll = childWithText<QCheckBox>(&dialog, "Flash all leds on start");
+    QVERIFY(!audio->isEnabled());
+    QTRY_VERIFY(audio->isEnabled() && pedals->isEnabled() && flashAll->isEnabled());
+
+    audio->click();
+    QVERIFY(!audio->isEnabled());
+    QTRY_VERIFY(audio->isEnabled());
+    QVERIFY(audio->isChecked());
+    // The pedals' box greys the audio box, not itself, until the answer.
+    pedals->click();
+    QVERIFY(!audio->isEnabled() && pedals->isEnabled());
+    QTRY_VERIFY(audio->isEnabled());
+    flashAll->click();
+    QTRY_VERIFY(flashAll->isEnabled());
+    audio->click();
+    QTRY_VERIFY(audio->isEnabled());
+    const QStringList sent = m_box->commands();
+    const QStringList expected {
+        "getsettings", "settings=audioInvert=1;", "getsettings", "settings=pedalInvert=1;",
+        "getsettings", "settings=flashAll=1;",    "getsettings", "settings=audioInvert=0;",
+        "getsettings"};
+    QCOMPARE(sent.mid(sent.indexOf("getsettings")), expected);
+    QCOMPARE(QList<bool>({audio->isChecked(), pedals->isChecked(), flashAll->isChecked()}),
+             QList<bool>({false, true, true}));
+
+    auto *serial = dialog.findChildren<QLabel *>().at(1);
+    auto *version = dialog.findChildren<QLabel *>().at(3);
+    QCOMPARE(serial->text(), "240315");
+    QCOMPARE(version->text(), "2.4.1");
+    m_box->kill();
+    QTRY_VERIFY(!audio->parentWidget()->isEnabled());
+    QVERIFY(serial->text().isEmpty() && version->text().isEmpty());
+    QVERIFY(pedals->isChecked() && flashAll->isChecked());
+}
+
+void DevicePageTest::serialNumberIsWrittenOnlyInServiceMode()
+{
+    QVERIFY(link());
+    TarveloSettingsWidget plain(false);
+    QVERIFY(!plain.findChild<QLineEdit *>() && !childWithText<QPushButton>(&plain, ">"));
+
+    TarveloSettingsWidget dialog(true);
+    auto *edit = dialog.findChild<QLineEdit *>();
+    QCOMPARE(edit->text(), "240315");
+    QCOMPARE(edit->maxLength(), 8);
+    edit->setText("2611A7");
+    childWithText<QPushButton>(&dialog, ">")->click();
+    QTRY_COMPARE(m_box->commands().mid(m_box->commands().size() - 3),
+                 QStringList({"writesn=2611A7", "sn", "version"}));
+    QTRY_COMPARE(m_model->device()->serialNumber(), "2611A7");
+    QCOMPARE(edit->text(), "2611A7");
+}
+
+void DevicePageTest::controlClickOpensTheSettingsOverTheShowingTab()
+{
+    MainWindow window;
+    window.show();
+    window.tabs()->setCurrentIndex(MainWindow::SettingsPage);
+    bool serialEditable = false;
+    when([] { return modal<TarveloSettingsWidget>(); },
+         [&] {
+             serialEditable = modal<TarveloSettingsWidget>()->findChild<QLineEdit *>();
+             modal<TarveloSettingsWidget>()->reject();
+         });
+    QTest::mouseClick(window.tarveloStatusBar()->findChild<QPushButton *>(), Qt::LeftButton,
+                      Qt::ControlModifier | Qt::ShiftModifier | Qt::AltModifier);
+    QVERIFY(serialEditable);
+    QCOMPARE(window.tabs()->currentIndex(), int(MainWindow::SettingsPage));
+}
+
+void DevicePageTest::packagesGiveTheRightVerdict_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<QString>("hex");
+    QTest::addColumn<QString>("note");
+    const auto row = [](const char *name, const QStringList &names, bool valid, const QString &hex,
+                        const QString &note) {
+        QTest::newRow(name) << names << valid << hex << note;
+    };
+    const QStringList complete {"avrdude.conf", "box.hex", "avrdude"};
+    row("valid", complete, true, "box.hex", "");
+    row("tool with .exe", {"avrdude.conf", "box.hex", "avrdude.exe"}, true, "box.hex", "");
+    row("no tool", complete.mid(0, 2), false, "", "");
+    row("two .hex: the first by name", {"b.hex", "avrdude.conf", "a.hex", "avrdude"}, true, "a.hex",
+        "");
+    row("../ entry", complete + QStringList {"../../evil.hex"}, false, "", "Refused");
+    row("absolute entry", complete + QStringList {m_dir.filePath("evil.hex")}, false, "",
+        "Refused");
+    row("not a ZIP", {}, false, "", "no readable ZIP");
+}
+
+void DevicePageTest::packagesGiveTheRightVerdict()
+{
+    QFETCH(QStringList, names);
+    QFETCH(bool, valid);
+    QFETCH(QString, hex);
+    QFETCH(QString, note);
+    const QString path = package(names);
+    QVERIFY(names.isEmpty() ? TestFiles::write(path, "PK, but no") : !path.isEmpty());
+    // As the model leaves it, the working folder is the data folder.
+    QVERIFY(QDir().mkpath(m_data.root()) && QDir::setCurrent(m_data.root()));
+    QString folder;
+    {
+        ComUpdaterWidget updater(1, "tvl", "self-avrdude", {});
+        updater.openPackage(path);
+        folder = updater.tempFolder();
+        QVERIFY(folder.startsWith(m_data.root() + "firmware-"));
+        QCOMPARE(childWithText<QCheckBox>(&updater, "Valid firmware")->isChecked(), valid);
+        QPushButton *update = childWithText<QPushButton>(&updater, "Update firmware");
+        QCOMPARE(update->isEnabled(), valid);
+        QVERIFY(!valid || update->toolTip().split('\n').contains(folder + '/' + hex));
+        QVERIFY(updater.findChild<QLabel *>()->text().contains(note));
+        // A refused or broken package writes nothing at all.
+        QCOMPARE(QDir(folder).isEmpty(), !note.isEmpty());
+    }
+    QVERIFY(!QFileInfo::exists(folder));
+    QVERIFY(!QFileInfo::exists(m_data.root() + "../evil.hex"));
+    QVERIFY(!QFileInfo::exists(m_dir.filePath("evil.hex")));
+}
+
+void DevicePageTest::standInToolSaysDone()
+{
+    setExtraPorts({"/dev/pts/990", "/dev/pts/991"});
+    ComUpdaterWidget updater(1, "tvl", "self-avrdude", {"/dev/pts/991"});
+    QCheckBox *other = childWithText<QCheckBox>(&updater, "/dev/pts/990");
+    QVERIFY(!other->isChecked() && other->isEnabled());
+    QVERIFY(childWithText<QCheckBox>(&updater, "/dev/pts/991")->isChecked());
+    updater.openPackage(package({"avrdude.conf", "box.hex", "avrdude"},
+                                {{"avrdude", "#!/bin/sh\necho \"$@\"\necho avrdude done.\n"}}));
+    QString verdict;
+    answerMessageBox(&verdict);
+    childWithText<QPushButton>(&updater, "Update firmware")->click();
+    QTRY_COMPARE(verdict, "Done!");
+    const QString output = updater.findChild<QPlainTextEdit *>()->toPlainText();
+    QVERIFY2(output.contains("-P/dev/pts/991 -b115200") && !output.contains("990"),
+             qPrintable(output));
+}
+
+void DevicePageTest::realAvrdudeThroughTheDialogsEndsInTheWarning()
+{
+    QVERIFY2(!QStandardPaths::findExecutable("avrdude").isEmpty(),
+             "avrdude is missing: scripts/setup.sh installs it");
+    QVERIFY(link());
+    const QString avrdudePackage = package({"avrdude.conf", "box.hex", "avrdude"},
+                                           {{"avrdude.conf", TestFiles::read("/etc/avrdude.conf")},
+                                            {"box.hex", ":00000001FF\n"},
+                                            {"avrdude", "#!/bin/sh\nexec avrdude \"$@\"\n"}});
+    TarveloSettingsWidget settings(false);
+    QString verdict, output, folder, fixedPort;
+    bool linkDown = false;
+    when([] { return modal<ComUpdaterWidget>(); },
+         [&] {
+             ComUpdaterWidget *updater = modal<ComUpdaterWidget>();
+             linkDown = !m_model->device()->isConnected();
+             const QList<QCheckBox *> ports = updater->findChildren<QCheckBox *>().mid(1);
+             if (ports.size() == 1 && ports.at(0)->isChecked() && !ports.at(0)->isEnabled())
+                 fixedPort = ports.at(0)->text();
+             updater->openPackage(avrdudePackage);
+             folder = updater->tempFolder();
+             QPushButton *update = childWithText<QPushButton>(updater, "Update firmware");
+             if (!update->isEnabled())
+                 return updater->reject();
+             answerMessageBox(&verdict);
+             when([&, update] { return !verdict.isEmpty() && update->isEnabled(); },
+                  [&, updater] {
+                      output = updater->findChild<QPlainTextEdit *>()->toPlainText();
+                      updater->reject();
+                  });
+             update->click();
+         });
+    childWithText<QPushButton>(&settings, "Flash")->click();
+
+    QVERIFY(linkDown);
+    QCOMPARE(fixedPort, m_box->path());
+    QVERIFY(folder.startsWith(m_data.root()) && !QFileInfo::exists(folder));
+    // The emulator is no bootloader: the real tool took the command line and then failed.
+    QCOMPARE(verdict, Warning);
+    QVERIFY2(output.contains(QRegularExpression("Using Port +: " + m_box->path()))
+                 && output.contains(QRegularExpression("Using Programmer +: wiring")),
+             qPrintable(output));
+    QTRY_VERIFY_WITH_TIMEOUT(m_model->device()->isConnected(), 3 * WinMs);
+}
+
+QTEST_MAIN(DevicePageTest)
+#include "tst_devicepage.moc"
