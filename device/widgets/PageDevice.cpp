@@ -71,12 +71,17 @@ PageDevice::PageDevice(TarveloDevice *device, QWidget *parent)
         return;
     auto *grid = new QGridLayout(this);
     grid->setSpacing(4);
+    // Kept together as on the box rather than spread over the whole tab.
+    grid->setAlignment(Qt::AlignCenter);
     const QColor top[] = {Green, White, Blue, Red, Yellow};
     const QColor middle[] = {Blue, Red, Yellow, White, Green};
+    // Centred: the wide buttons below make the outer columns wider than a lamp.
     for (int column = 0; column < 5; ++column)
-        grid->addWidget(makeLamp(C::LED_TOP_Green + column, top[column]), 0, column);
+        grid->addWidget(makeLamp(C::LED_TOP_Green + column, top[column]), 0, column,
+                        Qt::AlignCenter);
     for (int column = 0; column < 5; ++column)
-        grid->addWidget(makeLamp(C::LED_MID_Blue + column, middle[column]), 1, column);
+        grid->addWidget(makeLamp(C::LED_MID_Blue + column, middle[column]), 1, column,
+                        Qt::AlignCenter);
     grid->addWidget(makeFramedLamp(C::LED_BOT_WhiteLeft), 2, 1);
     grid->addWidget(makeFramedLamp(C::LED_BOT_WhiteRight), 2, 3);
     grid->addWidget(makeDivider(), 3, 0, 1, 5);
@@ -115,6 +120,8 @@ QPushButton *PageDevice::makeLamp(int stimulus, const QColor &colour)
 {
     QPushButton *lamp = flatButton(QSize(LampSize, LampSize));
     lamp->setContentsMargins(0, 0, 0, 0);
+    // Big enough to tell a lit lamp at a glance.
+    lamp->setIconSize(QSize(24, 24));
     lamp->setStyleSheet(QStringLiteral("QPushButton { background: %1; border-radius: 20px; border: "
                                        "1px solid #999; padding: 0} QPushButton::disabled { "
                                        "border-color: #999; background: %2 }")

@@ -6,7 +6,9 @@
 #include "app/TarveloCommon.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
+#include "device/FirmwarePackage.h"
 #include "device/TarveloDevice.h"
+#include "device/widgets/ComUpdaterWidget.h"
 #include "device/widgets/TarveloSettingsWidget.h"
 #include "foundation/LanguageContext.h"
 #include "session/widgets/PlayScriptStopSessionButton.h"
@@ -118,6 +120,16 @@ bool saveDeviceSettings(MainWindow &window, const QString &path, int timeoutMs)
         timeoutMs);
     return answered && save(dialog, path);
 }
+
+// The firmware dialog as "Flash" opens it, with the box's port as the only one.
+bool saveFirmwareUpdate(const TarveloDevice *device, const QString &path)
+{
+    ComUpdaterWidget dialog(FirmwarePackage::AtMega2560, QStringLiteral("tvl"),
+                            FirmwarePackage::SelfPrefix + QStringLiteral("avrdude"),
+                            {QLatin1Char('-') + device->portName()});
+    dialog.show();
+    return save(dialog, path);
+}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -155,8 +167,11 @@ int main(int argc, char *argv[])
     const QCommandLineOption settingsOption(
         QStringLiteral("device-settings"), QStringLiteral("Picture of the device settings dialog."),
         QStringLiteral("FILE"));
-    parser.addOptions({idleOption, sessionOption, deviceOption, settingsOption, stagesOption,
-                       sizeOption, timeoutOption});
+    const QCommandLineOption firmwareOption(QStringLiteral("firmware"),
+                                            QStringLiteral("Picture of the firmware dialog."),
+                                            QStringLiteral("FILE"));
+    parser.addOptions({idleOption, sessionOption, deviceOption, settingsOption, firmwareOption,
+                       stagesOption, sizeOption, timeoutOption});
     parser.process(app);
 
     bool stagesOk = false;
@@ -178,10 +193,11 @@ int main(int argc, char *argv[])
     const QString runningPath = pathOf(sessionOption);
     const QString devicePath = pathOf(deviceOption);
     const QString settingsPath = pathOf(settingsOption);
+    const QString firmwarePath = pathOf(firmwareOption);
     if (idlePath.isEmpty() && runningPath.isEmpty() && devicePath.isEmpty()
-        && settingsPath.isEmpty())
-        return fail(QStringLiteral("nothing to do: give --idle, --running, --device or "
-                                   "--device-settings with a FILE"));
+        && settingsPath.isEmpty() && firmwarePath.isEmpty())
+        return fail(QStringLiteral("nothing to do: give --idle, --running, --device, "
+                                   "--device-settings or --firmware with a FILE"));
 
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
     AppStyle::apply(app);
@@ -211,6 +227,8 @@ int main(int argc, char *argv[])
     if (!settingsPath.isEmpty() && !saveDeviceSettings(window, settingsPath, timeoutMs))
         return fail(QStringLiteral("the box didn't tell its options, or %1 can't be written")
                         .arg(settingsPath));
+    if (!firmwarePath.isEmpty() && !saveFirmwareUpdate(device, firmwarePath))
+        return fail(QStringLiteral("can't write %1").arg(firmwarePath));
     if (runningPath.isEmpty())
         return 0;
 
