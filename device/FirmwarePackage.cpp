@@ -116,6 +116,18 @@ bool readEntry(unzFile zip, Entry *entry)
     return true;
 }
 
+// True when an entry of that name, unpacked into the folder, stays inside it.
+bool staysInside(const QString &folder, const QString &entryName)
+{
+    // Backslashes count as separators everywhere: a package made on Windows may use them.
+    const QString name = QString(entryName).replace(QLatin1Char('\\'), QLatin1Char('/'));
+    if (QDir::isAbsolutePath(name))
+        return false;
+    const QString root = QDir::cleanPath(QDir(folder).absolutePath());
+    const QString target = QDir::cleanPath(root + QLatin1Char('/') + name);
+    return target == root || target.startsWith(root + QLatin1Char('/'));
+}
+
 bool extractEntry(unzFile zip, const QString &path)
 {
     if (unzOpenCurrentFile(zip) != UNZ_OK)
@@ -182,17 +194,6 @@ UnpackResult unpack(const QByteArray &archive, const QString &folder)
             QFile::setPermissions(path, entry.permissions);
     }
     return {Unpacked::Done, QString()};
-}
-
-bool staysInside(const QString &folder, const QString &entryName)
-{
-    // Backslashes count as separators everywhere: a package made on Windows may use them.
-    const QString name = QString(entryName).replace(QLatin1Char('\\'), QLatin1Char('/'));
-    if (QDir::isAbsolutePath(name))
-        return false;
-    const QString root = QDir::cleanPath(QDir(folder).absolutePath());
-    const QString target = QDir::cleanPath(root + QLatin1Char('/') + name);
-    return target == root || target.startsWith(root + QLatin1Char('/'));
 }
 
 QMap<QString, QString> findFiles(const QString &folder, const QMap<QString, QString> &required)

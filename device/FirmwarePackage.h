@@ -41,9 +41,6 @@ struct UnpackResult
 // anything is written. Files keep the Unix permissions the archive gives them.
 UnpackResult unpack(const QByteArray &archive, const QString &folder);
 
-// True when an entry of that name, unpacked into the folder, stays inside it.
-bool staysInside(const QString &folder, const QString &entryName);
-
 // Role to path: the files directly in the folder, by name ignoring case, each taken by the
 // first pattern in order that its name contains. A file once taken isn't matched again. Off
 // Windows the tool may also come without ".exe": a file named as the tool's role counts.

@@ -157,13 +157,26 @@ void DevicePageTest::clicksOnLampsAndTonesReachTheBox()
     QVERIFY(!page.isEnabled());
     QTRY_VERIFY_WITH_TIMEOUT(page.isEnabled(), WinMs);
 
-    QTest::mouseClick(at(page, 0, 3), Qt::LeftButton); // LED_TOP_Red
-    QTest::mouseClick(at(page, 2, 3), Qt::LeftButton); // LED_BOT_WhiteRight
-    QTest::mouseClick(at(page, 4, 1), Qt::LeftButton); // BTN_Green: sends nothing
-    QTest::mouseClick(at(page, 7, 2), Qt::LeftButton); // AUDIO_Both_Hi
-    QTest::mouseClick(at(page, 8, 1), Qt::LeftButton); // AUDIO_Left_Lo
-    const QStringList expected {"led=3", "led=11", "stim=17", "stim=12"};
-    QTRY_COMPARE(m_box->commands().mid(m_box->commands().size() - 4), expected);
+    // Every lamp and tone where the box has it: lamps 0 to 9 in the two top rows, 10 and 11
+    // below them, the tones in rows 7 and 8. A colour button sends nothing.
+    QStringList expected;
+    for (int lamp = 0; lamp < 10; ++lamp) {
+        QTest::mouseClick(at(page, lamp / 5, lamp % 5), Qt::LeftButton);
+        expected << QStringLiteral("led=%1").arg(lamp);
+    }
+    for (int row : {2, 4, 7, 8})
+        for (int column : {1, 2, 3})
+            if (column != 2 || row > 4)
+                QTest::mouseClick(at(page, row, column), Qt::LeftButton);
+    expected << "led=10"
+             << "led=11"
+             << "stim=13"
+             << "stim=17"
+             << "stim=15"
+             << "stim=12"
+             << "stim=16"
+             << "stim=14";
+    QTRY_COMPARE(m_box->commands().mid(m_box->commands().size() - expected.size()), expected);
 
     m_box->kill();
     QTRY_VERIFY(!page.isEnabled());
@@ -179,18 +192,19 @@ void DevicePageTest::stateReportsLightLampsAndSinkControls()
     QTRY_VERIFY_WITH_TIMEOUT(page.isEnabled(), WinMs);
     QPushButton *pedal = at(page, 7, 0);
 
-    box.send("state=101000000001;btns=000000010");
+    box.send("state=101000000001;btns=100000010");
     QTRY_VERIFY(pedal->isChecked());
     QList<bool> lit;
     for (int lamp = 0; lamp < 5; ++lamp)
         lit << isLit(at(page, 0, lamp));
     lit << isLit(at(page, 1, 0)) << isLit(at(page, 2, 1)) << isLit(at(page, 2, 3));
     QCOMPARE(lit, QList<bool>({true, false, true, false, false, false, false, true}));
-    QVERIFY(!at(page, 4, 0)->isChecked());
+    QVERIFY(at(page, 4, 1)->isChecked() && !at(page, 4, 0)->isChecked());
 
     // A shorter report leaves the lamps behind it as they are.
     box.send("state=010;btns=");
     QTRY_VERIFY(!pedal->isChecked());
+    QVERIFY(!at(page, 4, 1)->isChecked());
     QVERIFY(!isLit(at(page, 0, 0)) && isLit(at(page, 0, 1)) && !isLit(at(page, 0, 2)));
     QVERIFY(isLit(at(page, 2, 3)));
 }
@@ -251,6 +265,7 @@ void DevicePageTest::controlClickOpensTheSettingsOverTheShowingTabAndWritesTheSe
              before = edit->text();
              edit->setText("2611A7");
              childWithText<QPushButton>(modal<TarveloSettingsWidget>(), ">")->click();
+             edit->setText("typed on");
              when([&] { return window.model()->device()->serialNumber() == "2611A7"; },
                   [&, edit] {
                       after = edit->text();
@@ -342,10 +357,21 @@ void DevicePageTest::verdictShowsForEachRun()
     QCheckBox *other = childWithText<QCheckBox>(&updater, "/dev/pts/990");
     QVERIFY(!other->isChecked() && other->isEnabled());
     updater.openPackage(package({"avrdude.conf", "box.hex", "avrdude"}, {{"avrdude", tool}}));
+    QPushButton *update = childWithText<QPushButton>(&updater, "Update firmware");
     QString shown;
-    answerMessageBox(&shown);
-    childWithText<QPushButton>(&updater, "Update firmware")->click();
+    bool busy = false;
+    when([] { return modal<QMessageBox>(); },
+         [&] {
+             // The verdict comes while the run still counts as under way: no closing then.
+             updater.reject();
+             busy = !other->isEnabled() && !update->isEnabled() && !updater.tempFolder().isEmpty();
+             shown = modal<QMessageBox>()->text();
+             modal<QMessageBox>()->done(0);
+         });
+    update->click();
     QTRY_COMPARE(shown, verdict);
+    QVERIFY(busy);
+    QTRY_VERIFY(other->isEnabled() && update->isEnabled());
     const QString output = updater.findChild<QPlainTextEdit *>()->toPlainText();
     QVERIFY2(!output.contains("990"), qPrintable(output));
     // Each argument arrives whole, though the folder has a blank in its path.
