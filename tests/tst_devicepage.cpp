@@ -35,11 +35,13 @@ T *modal()
     return qobject_cast<T *>(QApplication::activeModalWidget());
 }
 
-// Closes the next message box and keeps its text.
-void answerMessageBox(QString *text)
+// Closes the next message box and keeps its text, after whatever is to be done meanwhile.
+void answerMessageBox(
+    QString *text, const std::function<void()> &meanwhile = [] {})
 {
     when([] { return modal<QMessageBox>(); },
-         [text] {
+         [text, meanwhile] {
+             meanwhile();
              *text = modal<QMessageBox>()->text();
              modal<QMessageBox>()->done(0);
          });
@@ -63,10 +65,17 @@ QPushButton *at(PageDevice &page, int row, int column)
                                               : qobject_cast<QPushButton *>(widget);
 }
 
-bool isLit(const QPushButton *lamp)
+// The twelve lamps in Stimulus order, "1" for lit.
+QString litLamps(PageDevice &page)
 {
-    return lamp->icon().cacheKey()
-        == MediaHelper::icon(":/resources/Images/alarm-light.svg").cacheKey();
+    const QIcon lit = MediaHelper::icon(":/resources/Images/alarm-light.svg");
+    QString lamps;
+    for (int lamp = 0; lamp < 12; ++lamp) {
+        const QPushButton *button =
+            lamp < 10 ? at(page, lamp / 5, lamp % 5) : at(page, 2, 1 + 2 * (lamp - 10));
+        lamps += button->icon().cacheKey() == lit.cacheKey() ? '1' : '0';
+    }
+    return lamps;
 }
 } // namespace
 
@@ -168,14 +177,7 @@ void DevicePageTest::clicksOnLampsAndTonesReachTheBox()
         for (int column : {1, 2, 3})
             if (column != 2 || row > 4)
                 QTest::mouseClick(at(page, row, column), Qt::LeftButton);
-    expected << "led=10"
-             << "led=11"
-             << "stim=13"
-             << "stim=17"
-             << "stim=15"
-             << "stim=12"
-             << "stim=16"
-             << "stim=14";
+    expected += QString("led=10 led=11 stim=13 stim=17 stim=15 stim=12 stim=16 stim=14").split(' ');
     QTRY_COMPARE(m_box->commands().mid(m_box->commands().size() - expected.size()), expected);
 
     m_box->kill();
@@ -194,19 +196,13 @@ void DevicePageTest::stateReportsLightLampsAndSinkControls()
 
     box.send("state=101000000001;btns=100000010");
     QTRY_VERIFY(pedal->isChecked());
-    QList<bool> lit;
-    for (int lamp = 0; lamp < 5; ++lamp)
-        lit << isLit(at(page, 0, lamp));
-    lit << isLit(at(page, 1, 0)) << isLit(at(page, 2, 1)) << isLit(at(page, 2, 3));
-    QCOMPARE(lit, QList<bool>({true, false, true, false, false, false, false, true}));
+    QCOMPARE(litLamps(page), "101000000001");
     QVERIFY(at(page, 4, 1)->isChecked() && !at(page, 4, 0)->isChecked());
-
     // A shorter report leaves the lamps behind it as they are.
     box.send("state=010;btns=");
     QTRY_VERIFY(!pedal->isChecked());
     QVERIFY(!at(page, 4, 1)->isChecked());
-    QVERIFY(!isLit(at(page, 0, 0)) && isLit(at(page, 0, 1)) && !isLit(at(page, 0, 2)));
-    QVERIFY(isLit(at(page, 2, 3)));
+    QCOMPARE(litLamps(page), "010000000001");
 }
 
 void DevicePageTest::optionsRoundTripWithTheBoxAndALostLinkEmptiesThePanel()
@@ -221,9 +217,7 @@ void DevicePageTest::optionsRoundTripWithTheBoxAndALostLinkEmptiesThePanel()
     QTRY_VERIFY(audio->isEnabled() && pedals->isEnabled() && flashAll->isEnabled());
 
     audio->click();
-    QVERIFY(!audio->isEnabled());
-    QTRY_VERIFY(audio->isEnabled());
-    QVERIFY(audio->isChecked());
+    QTRY_VERIFY(audio->isEnabled() && audio->isChecked());
     // The pedals' box greys the audio box, not itself, until the answer.
     pedals->click();
     QVERIFY(!audio->isEnabled() && pedals->isEnabled());
@@ -233,10 +227,10 @@ void DevicePageTest::optionsRoundTripWithTheBoxAndALostLinkEmptiesThePanel()
     audio->click();
     QTRY_VERIFY(audio->isEnabled());
     const QStringList sent = m_box->commands();
-    const QStringList expected {
-        "getsettings", "settings=audioInvert=1;", "getsettings", "settings=pedalInvert=1;",
-        "getsettings", "settings=flashAll=1;",    "getsettings", "settings=audioInvert=0;",
-        "getsettings"};
+    const QStringList expected = QString("getsettings settings=audioInvert=1; getsettings "
+                                         "settings=pedalInvert=1; getsettings settings=flashAll=1; "
+                                         "getsettings settings=audioInvert=0; getsettings")
+                                     .split(' ');
     QCOMPARE(sent.mid(sent.indexOf("getsettings")), expected);
     QCOMPARE(QList<bool>({audio->isChecked(), pedals->isChecked(), flashAll->isChecked()}),
              QList<bool>({false, true, true}));
@@ -360,28 +354,24 @@ void DevicePageTest::verdictShowsForEachRun()
     QPushButton *update = childWithText<QPushButton>(&updater, "Update firmware");
     QString shown;
     bool busy = false;
-    when([] { return modal<QMessageBox>(); },
-         [&] {
-             // The verdict comes while the run still counts as under way: no closing then.
-             updater.reject();
-             busy = !other->isEnabled() && !update->isEnabled() && !updater.tempFolder().isEmpty();
-             shown = modal<QMessageBox>()->text();
-             modal<QMessageBox>()->done(0);
-         });
+    answerMessageBox(&shown, [&] {
+        // The verdict comes while the run still counts as under way: no closing then.
+        updater.reject();
+        busy = !other->isEnabled() && !update->isEnabled() && !updater.tempFolder().isEmpty();
+    });
     update->click();
     QTRY_COMPARE(shown, verdict);
     QVERIFY(busy);
     QTRY_VERIFY(other->isEnabled() && update->isEnabled());
-    const QString output = updater.findChild<QPlainTextEdit *>()->toPlainText();
-    QVERIFY2(!output.contains("990"), qPrintable(output));
-    // Each argument arrives whole, though the folder has a blank in its path.
-    const QString folder = QRegularExpression::escape(m_dir.path() + "/firmware-");
-    QVERIFY2(verdict == Warning
-                 || output.contains(QRegularExpression(
-                     "^-C" + folder + "\\d+/avrdude.conf\n.*\n-P/dev/pts/991\n.*\n-Uflash:w:"
-                         + folder + "\\d+/box.hex:i$",
-                     QRegularExpression::DotMatchesEverythingOption)),
-             qPrintable(output));
+    // Only the ticked port ran, and each argument arrived whole, though the folder has a blank
+    // in its path.
+    const QString folder = updater.tempFolder();
+    if (verdict != Warning)
+        QCOMPARE(updater.findChild<QPlainTextEdit *>()->toPlainText(),
+                 QStringList({"-C" + folder + "/avrdude.conf", "-v", "-V", "-patmega2560",
+                              "-cwiring", "-P/dev/pts/991", "-b115200", "-D",
+                              "-Uflash:w:" + folder + "/box.hex:i", ""})
+                     .join('\n'));
 }
 
 void DevicePageTest::realAvrdudeThroughTheDialogsEndsInTheWarning()
@@ -403,12 +393,10 @@ void DevicePageTest::realAvrdudeThroughTheDialogsEndsInTheWarning()
              QPushButton *update = childWithText<QPushButton>(updater, "Update firmware");
              if (!update->isEnabled())
                  return updater->reject();
-             answerMessageBox(&verdict);
-             when([&, update] { return !verdict.isEmpty() && update->isEnabled(); },
-                  [&, updater] {
-                      output = updater->findChild<QPlainTextEdit *>()->toPlainText();
-                      updater->reject();
-                  });
+             answerMessageBox(&verdict, [&output, updater] {
+                 output = updater->findChild<QPlainTextEdit *>()->toPlainText();
+             });
+             when([update] { return update->isEnabled(); }, [updater] { updater->reject(); });
              update->click();
          });
     childWithText<QPushButton>(&settings, "Flash")->click();
