@@ -1,17 +1,17 @@
 #include "TarveloModel.h"
 
 #include "data/TarveloScript.h"
-#include "data/TarveloSession.h"
 #include "data/TarveloSettings.h"
 #include "data/TarveloUser.h"
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
 #include "foundation/FileUtilities.h"
+#include "session/SessionRecorder.h"
 
-#include <QDateTime>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace {
@@ -41,6 +41,11 @@ TarveloModel::TarveloModel(QObject *parent)
     connect(m_settings, &TarveloSettings::changedDeviceSearchTimeout, this,
             &TarveloModel::followSearchInterval);
     followSearchInterval();
+
+    m_recorder = new SessionRecorder(m_recordsFolder, this);
+    connect(m_recorder, &SessionRecorder::sessionUpdated, this, &TarveloModel::sessionUpdated);
+    connect(m_recorder, &SessionRecorder::sessionStarted, this, &TarveloModel::sessionStarted);
+    connect(m_recorder, &SessionRecorder::sessionFinished, this, &TarveloModel::sessionFinished);
     m_connections << connect(m_device, &TarveloDevice::onMessage, this,
                              &TarveloModel::handleDeviceMessage);
 
@@ -127,19 +132,38 @@ void TarveloModel::selectScript(const QString &titleArg)
     emit scriptChanged();
 }
 
-void TarveloModel::commitScript(bool save)
+bool TarveloModel::commitScript(bool save)
 {
     if (!m_currentScript)
-        return;
+        return false;
     if (save) {
-        const QString title = m_currentScript->title();
-        // A rename is a delete and a write; a failed delete leaves the old file beside the new.
-        if (title != m_currentScriptTitle && QFile::remove(scriptPath(m_currentScriptTitle)))
-            m_currentScriptTitle.clear();
-        m_currentScript->save(scriptPath(title));
+        const QString title = m_currentScript->title().trimmed();
+        if (!titleProblem(title, m_currentScriptTitle).isEmpty())
+            return false;
+        m_currentScript->setTitle(title);
+        // A rename writes the new file first and only then removes the old one, so a failed
+        // write loses nothing. On a file system that ignores case, a rename in case only
+        // names the same file twice, which must not be removed.
+        const QString oldPath = scriptPath(m_currentScriptTitle);
+        const QString newPath = scriptPath(title);
+        if (!m_currentScript->save(newPath))
+            return false;
+        if (QFileInfo(oldPath) != QFileInfo(newPath))
+            QFile::remove(oldPath);
         m_currentScriptTitle = title;
     }
     reloadScripts();
+    return true;
+}
+
+bool TarveloModel::addScript(const TarveloScript &script)
+{
+    const QString title = script.title().trimmed();
+    if (!titleProblem(title, QString()).isEmpty() || !script.save(scriptPath(title)))
+        return false;
+    m_currentScriptTitle = title;
+    reloadScripts();
+    return true;
 }
 
 void TarveloModel::removeCurrentScript(bool refresh)
@@ -162,6 +186,27 @@ bool TarveloModel::isTitleFree(const QString &title, const QString &own) const
             return false;
     }
     return true;
+}
+
+QString TarveloModel::titleProblem(const QString &title, const QString &own) const
+{
+    const QString wanted = title.trimmed();
+    if (wanted.isEmpty())
+        return emptyTitleText();
+    const QString problem = FileUtilities::fileNameProblem(wanted);
+    if (!problem.isEmpty())
+        return problem;
+    return isTitleFree(wanted, own) ? QString() : usedTitleText();
+}
+
+QString TarveloModel::emptyTitleText()
+{
+    return tr("Имя сценария не может быть пустым");
+}
+
+QString TarveloModel::usedTitleText()
+{
+    return tr("Такое имя сценария уже используется");
 }
 
 // The last selected title survives restarts through the application settings.
@@ -210,86 +255,30 @@ void TarveloModel::selectUser(const QString &guid)
     emit userSelected();
 }
 
-SessionStage *TarveloModel::lastStage() const
+TarveloSession *TarveloModel::session() const
 {
-    return m_session && !m_session->stages().isEmpty() ? m_session->stages().constLast() : nullptr;
+    return m_recorder->session();
+}
+
+bool TarveloModel::sessionRunning() const
+{
+    return m_recorder->isRunning();
 }
 
 void TarveloModel::handleDeviceMessage(const QString &message)
 {
-    using namespace DeviceProtocol;
-    // Tested in this order, case-sensitively; the first prefix that fits decides.
-    if (message.startsWith(ScriptStarted)) {
-        // A session still running is dropped as it is, neither finished nor saved.
-        m_session = new TarveloSession;
-        QString title = message.mid(ScriptStarted.size());
-        if (title.isEmpty())
-            title = m_currentScriptTitle;
-        m_session->setScriptTitle(title);
-        m_session->setStart(QDateTime::currentDateTime());
-        if (m_currentUser) {
-            m_session->setUserName(m_currentUser->fullName(false));
-            m_session->setUserGUID(m_currentUser->getGUID());
-        }
-        m_sessionRunning = true;
-        emit sessionUpdated();
-        emit sessionStarted();
-    } else if (message.startsWith(ScriptFinished)) {
-        finishSession();
-    } else if (!m_session) {
-        // Stage reports before the first session of the program's life have nowhere to go.
-        return;
-    } else if (message.startsWith(StageStarted)) {
-        addSessionStage(message.mid(StageStarted.size()).toInt());
-    } else if (message.startsWith(StageAction)) {
-        if (SessionStage *stage = lastStage()) {
-            stage->action = message.mid(StageAction.size());
-            emit sessionUpdated();
-        }
-    } else if (message.startsWith(StageItems)) {
-        if (!lastStage())
-            addSessionStage(0);
-        lastStage()->stepCount = message.mid(StageItems.size()).toInt();
-        emit sessionUpdated();
-    } else if (message.startsWith(ReactionReport)) {
-        if (SessionStage *stage = lastStage()) {
-            stage->addStep(SessionStep::fromReport(message));
-            emit sessionUpdated();
-        }
-    }
-}
-
-void TarveloModel::addSessionStage(int index)
-{
-    auto *stage = new SessionStage;
-    stage->index = index;
-    m_session->addStage(stage);
-    emit sessionUpdated();
+    m_recorder->handleReport(message, m_currentScriptTitle, m_currentUser);
 }
 
 void TarveloModel::finishSession()
 {
-    if (!m_session)
-        return;
-    m_session->setFinished(true);
-    m_session->setEnd(QDateTime::currentDateTime());
-    if (!m_session->doNotRecord()) {
-        // The folder is the subject's of this moment, which may differ from the one at the start.
-        const QString folder = m_currentUser
-            ? FileUtilities::FolderSlash(m_recordsFolder) + m_currentUser->fullName(true)
-            : m_recordsFolder;
-        if (!m_session->save(folder))
-            qDebug() << "Session not saved in" << folder;
-    }
-    m_sessionRunning = false;
-    emit sessionUpdated();
-    emit sessionFinished();
+    m_recorder->finish(m_currentUser);
 }
 
 void TarveloModel::abortSession()
 {
     qDebug() << "ABORT!";
     m_device->sendCommand(DeviceProtocol::Stop);
-    if (m_sessionRunning)
+    if (sessionRunning())
         finishSession();
 }

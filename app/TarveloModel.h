@@ -7,17 +7,17 @@
 #include <QString>
 #include <QStringList>
 
+class SessionRecorder;
 class TarveloDevice;
 class TarveloScript;
 class TarveloSession;
-class SessionStage;
 class TarveloSettings;
 class TarveloUser;
 
 // The one central object: lays out the data folder, owns the settings and the device link, knows
 // all scripts and subjects, holds the current selections and the session of the moment, and
-// tells the pages of every change. It turns the box's reports into a session record; the box
-// plays the script and decides the transfers, the model only writes them down.
+// tells the pages of every change. Its recorder turns the box's reports into a session record;
+// the box plays the script and decides the transfers, the model only writes them down.
 //
 // Replaced scripts, sessions and subjects are deliberately not destroyed: views keep pointers to
 // them after they have dropped out of the model.
@@ -36,8 +36,8 @@ public:
     QString scriptsFolder() const { return m_scriptsFolder; }
     TarveloSettings *settings() const { return m_settings; }
     TarveloDevice *device() const { return m_device; }
-    TarveloSession *session() const { return m_session; }
-    bool sessionRunning() const { return m_sessionRunning; }
+    TarveloSession *session() const;
+    bool sessionRunning() const;
     QList<TarveloUser *> users() const { return m_users; }
     TarveloUser *currentUser() const { return m_currentUser; }
     TarveloScript *currentScript() const { return m_currentScript; }
@@ -47,11 +47,21 @@ public:
     void setCurrentScriptTitle(const QString &title) { m_currentScriptTitle = title; }
     void reloadScripts();
     void selectScript(const QString &title);
-    // Save writes the current script under its (possibly new) title; both ways the list and
-    // the script are read again, which is all that cancelling takes.
-    void commitScript(bool save);
+    // Save writes the current script under its (possibly new, trimmed) title; both ways the
+    // list and the script are read again, which is all that cancelling takes. A save that
+    // fails (a refused title, a file that can't be written) changes nothing on disk, keeps
+    // the edited object and gives false.
+    bool commitScript(bool save);
+    // Files a newly made script under its title and selects it; false, with nothing written,
+    // when the title is refused or the file can't be written.
+    bool addScript(const TarveloScript &script);
     void removeCurrentScript(bool refresh);
     bool isTitleFree(const QString &title, const QString &own) const;
+    // Why a script can't be saved under this title (taken trimmed), in the words the pages
+    // show; empty when it can. own is the title the script is stored under now.
+    QString titleProblem(const QString &title, const QString &own) const;
+    static QString emptyTitleText();
+    static QString usedTitleText();
 
     void reloadUsers();
     void selectUser(const QString &guid);
@@ -73,8 +83,6 @@ signals:
 
 private:
     void finishSession();
-    void addSessionStage(int index);
-    SessionStage *lastStage() const;
     void followPortSetting();
     void followSearchInterval();
 
@@ -87,8 +95,7 @@ private:
     QString m_scriptsFolder;
     TarveloSettings *m_settings = nullptr;
     TarveloDevice *m_device = nullptr;
-    TarveloSession *m_session = nullptr;
-    bool m_sessionRunning = false;
+    SessionRecorder *m_recorder = nullptr;
     ConnectionHelper m_connections;
     QList<TarveloUser *> m_users;
     TarveloScript *m_currentScript = nullptr;

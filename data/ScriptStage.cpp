@@ -1,14 +1,13 @@
 #include "ScriptStage.h"
 
 #include "KeyValueText.h"
+#include "StageTransfer.h"
 
 #include <QRandomGenerator>
 
 #include <algorithm>
 
 namespace {
-const QString RepeatsKey = QStringLiteral("rpt");
-
 // Plain decimal form of an integer text ("007" gives "7"); empty if it isn't one.
 QString normalised(const QString &text)
 {
@@ -21,17 +20,18 @@ QString normalised(const QString &text)
 template<typename Stage>
 auto transferField(Stage &stage, const QString &key) -> decltype(&stage.stop)
 {
-    if (key == QLatin1String("stop"))
+    using namespace StageTransfer;
+    if (key == Key::Stop)
         return &stage.stop;
-    if (key == QLatin1String("s-2"))
+    if (key == Key::BackTwo)
         return &stage.sm2;
-    if (key == QLatin1String("s-1"))
+    if (key == Key::BackOne)
         return &stage.sm1;
-    if (key == QLatin1String("s-0"))
+    if (key == Key::Repeat)
         return &stage.s0;
-    if (key == QLatin1String("s+1"))
+    if (key == Key::NextOne)
         return &stage.sp1;
-    if (key == QLatin1String("s+2"))
+    if (key == Key::NextTwo)
         return &stage.sp2;
     return nullptr;
 }
@@ -54,21 +54,9 @@ ScriptStage::~ScriptStage()
     qDeleteAll(steps);
 }
 
-const QStringList &ScriptStage::keys()
-{
-    static const QStringList list {QStringLiteral("stop"),
-                                   QStringLiteral("s-2"),
-                                   QStringLiteral("s-1"),
-                                   QStringLiteral("s-0"),
-                                   QStringLiteral("s+1"),
-                                   QStringLiteral("s+2"),
-                                   RepeatsKey};
-    return list;
-}
-
 QString ScriptStage::value(const QString &key) const
 {
-    if (key == RepeatsKey)
+    if (key == StageTransfer::Key::MaxRepeats)
         return QString::number(maxRepeats);
     const QString *text = transferField(*this, key);
     return text ? *text : QString();
@@ -77,7 +65,7 @@ QString ScriptStage::value(const QString &key) const
 void ScriptStage::setValue(const QString &key, const QString &text)
 {
     const QString value = normalised(text);
-    if (key == RepeatsKey)
+    if (key == StageTransfer::Key::MaxRepeats)
         maxRepeats = value.toInt();
     else if (QString *target = transferField(*this, key))
         *target = value;
@@ -86,7 +74,7 @@ void ScriptStage::setValue(const QString &key, const QString &text)
 QString ScriptStage::headerText() const
 {
     QString text;
-    for (const QString &key : keys())
+    for (const QString &key : StageTransfer::keys())
         text += key + QLatin1Char('=') + value(key) + QLatin1Char(';');
     return text;
 }
@@ -110,7 +98,7 @@ ScriptStage *ScriptStage::fromText(const QString &line)
     auto *stage = new ScriptStage;
     const QMap<QString, QString> pairs =
         parseKeyValues(head, QStringLiteral(";"), QStringLiteral("="));
-    for (const QString &key : keys()) {
+    for (const QString &key : StageTransfer::keys()) {
         if (pairs.contains(key))
             stage->setValue(key, pairs.value(key));
     }

@@ -4,7 +4,6 @@
 
 #include <QList>
 #include <QString>
-#include <QStringList>
 
 // A stage: its steps and the transfer rules that the box applies by its error count at the
 // end of the stage. The six thresholds are decimal text or empty, where empty means that the
@@ -25,9 +24,7 @@ struct ScriptStage
     QString sm2;        // "s-2": goes back two stages
     int maxRepeats = 3; // "rpt"
 
-    // The transfer keys in file and wire order.
-    static const QStringList &keys();
-
+    // By the keys of StageTransfer; "rpt" as decimal text, any other key gives the empty text.
     QString value(const QString &key) const;
     void setValue(const QString &key, const QString &text);
 

@@ -1,6 +1,6 @@
 #include "ScriptStep.h"
 
-#include "app/TarveloCommon.h"
+#include "TarveloCommon.h"
 
 QString ScriptStep::wireText() const
 {

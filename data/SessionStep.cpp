@@ -1,6 +1,6 @@
 #include "SessionStep.h"
 
-#include "KeyValueText.h"
+#include "ReportedReaction.h"
 
 #include <QJsonObject>
 
@@ -52,13 +52,12 @@ SessionStep *SessionStep::fromJson(const QJsonObject &object)
 
 SessionStep *SessionStep::fromReport(const QString &message)
 {
-    const QMap<QString, QString> fields =
-        parseKeyValues(message, QStringLiteral(";"), QStringLiteral("="));
-    // Numbers that don't parse are 0; out-of-range codes fall back to "no button" and the
-    // first stimulus, as the box's own firmware never sends them.
-    const qint64 reaction = fields.value(KeyReaction).toInt();
-    const uint button = fields.value(KeyButton, QStringLiteral("10")).toInt();
-    const uint stimulus = fields.value(KeyStimulus, QStringLiteral("1")).toInt();
+    const ReportedReaction reported = ReportedReaction::fromText(message);
+    // Out-of-range codes fall back to "no button" and the first stimulus, as the box's own
+    // firmware never sends them.
+    const uint button = reported.button;
+    const uint stimulus = reported.stimulus;
+    const qint64 reaction = reported.reaction;
 
     auto *step = new SessionStep;
     step->s = stimulus > TarveloCommon::StimulusCount ? 0 : int(stimulus);
@@ -68,7 +67,7 @@ SessionStep *SessionStep::fromReport(const QString &message)
     // The sign only flags a missed reaction; the time itself is its magnitude.
     step->v = reaction >= 0;
     step->r = int(qMin<qint64>(qAbs(reaction), INT_MAX));
-    step->t = fields.value(KeyAllowed, QStringLiteral("0")).toInt();
-    step->d = fields.value(KeyDelay, QStringLiteral("0")).toInt();
+    step->t = reported.allowed;
+    step->d = reported.delay;
     return step;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/TarveloCommon.h"
+#include "TarveloCommon.h"
 
 class QJsonObject;
 

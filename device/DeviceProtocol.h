@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/StageTransfer.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -51,16 +53,8 @@ inline const QString PedalInvert = QStringLiteral("pedalInvert");
 inline const QString FlashAll = QStringLiteral("flashAll");
 inline const QString SoundErrors = QStringLiteral("soundErrors");
 
-// What the box reports after a stage in "stageAction=".
-namespace Action {
-inline const QString Stop = QStringLiteral("stop");
-inline const QString MaxRepeats = QStringLiteral("maxRepeats");
-inline const QString Repeat = QStringLiteral("repeat");
-inline const QString BackTwo = QStringLiteral("-2");
-inline const QString BackOne = QStringLiteral("-1");
-inline const QString NextOne = QStringLiteral("+1");
-inline const QString NextTwo = QStringLiteral("+2");
-} // namespace Action
+// What the box reports after a stage in "stageAction=": the words that scripts and reports share.
+namespace Action = StageTransfer::Action;
 
 // Pacing of a script upload: each item waits this long for its bytes and once more after.
 constexpr int UploadDelayMs = 13;

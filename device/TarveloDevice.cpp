@@ -2,26 +2,19 @@
 
 #include "DeviceProtocol.h"
 #include "PortCatalog.h"
-#include "app/TarveloCommon.h"
-#include "data/TarveloScript.h"
+#include "ScriptUploader.h"
+#include "data/TarveloCommon.h"
 
 #include <QDebug>
-#include <QEventLoop>
 #include <QPointer>
 #include <QRandomGenerator>
 #include <QSerialPort>
-#include <QThread>
 
 using namespace DeviceProtocol;
 
 namespace {
 constexpr int FirstSearchIntervalMs = 5000;
 constexpr int PieceWaitMs = 10;
-
-// Progress of the upload under way. Kept outside the object on purpose: there is one box and
-// one upload at a time.
-int uploadCounter = 0;
-int uploadTotalItems = 1;
 } // namespace
 
 TarveloDevice::TarveloDevice(int comPort, QObject *parent)
@@ -36,6 +29,9 @@ TarveloDevice::TarveloDevice(int comPort, QObject *parent)
     connectionTimerHandler();
     m_connections << connect(&m_message, &TarveloMessage::messageReceived, this,
                              &TarveloDevice::handleMessage, Qt::DirectConnection);
+    m_uploader = new ScriptUploader(
+        [this](const QString &command, int delayMs) { sendCommand(command, delayMs); }, this);
+    connect(m_uploader, &ScriptUploader::progress, this, &TarveloDevice::loadProgress);
     qRegisterMetaType<TarveloCommon::Stimulus>("Stimulus");
 }
 
@@ -127,37 +123,8 @@ void TarveloDevice::testStimulus(int n, bool on)
 
 void TarveloDevice::uploadScript(const TarveloScript *script, int saveSlot, bool start)
 {
-    // The event passes between commands could start a second upload from the interface; two
-    // interleaved uploads would garble both scripts on the box.
-    if (!script)
-        return;
-    if (m_uploading) {
-        qDebug() << "Tarvelo upload refused: another upload is under way";
-        return;
-    }
-    m_uploading = true;
-    uploadCounter = 1;
-    uploadTotalItems = uploadTotal(*script);
-    const QVector<UploadCommand> commands = uploadCommands(*script, saveSlot);
-    for (const UploadCommand &command : commands) {
-        sendCommand(command.text, command.delayMs);
-        uploadTick();
-    }
-    if (start) {
-        uploadTick();
-        QTimer::singleShot(StartScriptDelayMs, this, [this] { sendCommand(StartScript); });
-    }
-    m_uploading = false;
-}
-
-void TarveloDevice::uploadTick()
-{
-    ++uploadCounter;
-    emit loadProgress(uploadCounter < uploadTotalItems ? uploadCounter * 100 / uploadTotalItems
-                                                       : -1);
-    QEventLoop loop;
-    loop.processEvents();
-    QThread::msleep(UploadDelayMs);
+    if (script)
+        m_uploader->upload(*script, saveSlot, start);
 }
 
 QDate TarveloDevice::currentDate() const

@@ -11,6 +11,7 @@
 #include <QVector>
 
 class QSerialPort;
+class ScriptUploader;
 class TarveloScript;
 struct PortCandidate;
 
@@ -53,7 +54,7 @@ public:
     void testLamp(int n);
     void testStimulus(int n, bool on);
     // Blocks the calling thread in short paced waits, with an event pass between commands, and
-    // arms "startScript" a second after the last one when start is set.
+    // arms "startScript" a second after the last one when start is set (see ScriptUploader).
     void uploadScript(const TarveloScript *script, int saveSlot = -1, bool start = true);
 
     // Dispatches one whole message of the live link and passes it on through onMessage. Public
@@ -95,7 +96,6 @@ private:
     void handleSerialNumber(const QString &msg);
     void handleSettings(const QString &msg);
     void handleState(const QString &body);
-    void uploadTick();
 
     static void logCommand(const QString &command);
 
@@ -115,5 +115,5 @@ private:
     QVector<QSerialPort *> m_searchPorts;
     TarveloMessage m_message;
     QSerialPort *m_port = nullptr;
-    bool m_uploading = false;
+    ScriptUploader *m_uploader = nullptr;
 };

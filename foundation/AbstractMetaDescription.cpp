@@ -7,6 +7,16 @@ AbstractMetaDescription::AbstractMetaDescription(QObject *parent)
 {
 }
 
+bool AbstractMetaDescription::hasType(const char *typeName) const
+{
+    return m_type.compare(QLatin1String(typeName), Qt::CaseInsensitive) == 0;
+}
+
+bool AbstractMetaDescription::isByteNumber() const
+{
+    return hasType("uchar") || hasType("char");
+}
+
 bool AbstractMetaDescription::displaysBefore(const AbstractMetaDescription *a,
                                              const AbstractMetaDescription *b)
 {

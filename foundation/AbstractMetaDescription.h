@@ -21,9 +21,20 @@ public:
 
     QString name() const { return m_name; }
     QString type() const { return m_type; }
+    // The type as the file forms name it, compared ignoring case: "QSize", "uchar", ...
+    bool hasType(const char *typeName) const;
+    // A byte-sized number, "uchar" or "char": stored by its value, as QVariant::toString would
+    // give the character.
+    bool isByteNumber() const;
     int typeId() const { return m_typeId; }
     QString displayName() const { return m_displayName; }
     QString defaultValue() const { return m_defaultValue; }
+    // For a default known only at run time, such as the languages that exist.
+    void setDefaultValue(const QString &value)
+    {
+        m_defaultValue = value;
+        m_hasDefault = true;
+    }
     double minimum() const { return m_minimum; }
     double maximum() const { return m_maximum; }
     double step() const { return m_step; }

@@ -10,11 +10,10 @@
 #include <QVariantMap>
 
 class QXmlStreamReader;
-class QXmlStreamWriter;
 
 // The descriptions of all properties of one settings object, in declaration order, and the
-// file forms made from them. Only editable properties are stored; the XML reader takes what
-// it recognises and passes over the rest, so hand-edited and older files still load.
+// file forms made from them (SettingsXmlCodec, SettingsJsonCodec). Only editable properties are
+// stored.
 class AbstractMetaDescriptor : public QObject
 {
     Q_OBJECT
@@ -29,6 +28,10 @@ public:
     QList<AbstractMetaDescription *> getProperties() const { return m_properties; }
     // Exact name.
     AbstractMetaDescription *propertyByName(const QString &name) const;
+    // The properties that the files hold: the editable ones, in declaration order.
+    QList<AbstractMetaDescription *> storedProperties() const;
+    // Exact name; null for a property that isn't stored.
+    AbstractMetaDescription *storedByName(const QString &name) const;
     QMap<QString, QString> getPropertiesNameAndType() const;
     // These two find the property by name ignoring case; false if there is none.
     bool setValue(const QString &name, const QVariant &value);
@@ -76,13 +79,6 @@ protected:
     void append(AbstractMetaDescription *description);
 
 private:
-    AbstractMetaDescription *storedByName(const QString &name) const;
-    QList<AbstractMetaDescription *> stored() const;
-    void writeProperties(QXmlStreamWriter &writer, bool plainText) const;
-    void readProperties(QXmlStreamReader &reader, const QString &endTag, bool pointsAndSizes);
-    void readElement(AbstractMetaDescription *description, QXmlStreamReader &reader,
-                     bool pointsAndSizes);
-
     QList<AbstractMetaDescription *> m_properties;
     QMap<QString, AbstractMetaDescription *> m_byName;
 };

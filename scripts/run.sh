@@ -31,10 +31,10 @@ if ((!real_box)); then
     echo "For the real box and the real documents folder: bash scripts/run.sh --box"
 fi
 
-program=(build/app/tarvelo)
+program=(build/main/tarvelo)
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ -z "${QT_QPA_PLATFORM:-}" ]; then
     echo "No display found: starting on a virtual screen (xvfb)."
-    program=(xvfb-run -a build/app/tarvelo)
+    program=(xvfb-run -a build/main/tarvelo)
 fi
 # Not exec: the emulator is stopped when the program ends.
 status=0

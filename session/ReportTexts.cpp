@@ -1,6 +1,6 @@
 #include "ReportTexts.h"
 
-#include "app/TarveloCommon.h"
+#include "data/TarveloCommon.h"
 
 #include <QCoreApplication>
 #include <QMetaEnum>

@@ -1,6 +1,7 @@
 #include "SessionExport.h"
 
 #include "ReportTexts.h"
+#include "SessionReport.h"
 #include "data/TarveloSession.h"
 
 #include <QCoreApplication>
@@ -9,7 +10,6 @@ namespace SessionExport {
 
 namespace {
 const QString FileDateFormat = QStringLiteral("yyyy-MM-dd HH.mm");
-const QString HeadingDateFormat = QStringLiteral("yyyy/MM/dd HH:mm");
 const QString PartSeparator = QStringLiteral(" - ");
 const QString CsvSeparator = QStringLiteral(";");
 const QString CsvLineEnd = QStringLiteral("\r\n");
@@ -53,10 +53,10 @@ QString sheetName(const TarveloSession &session)
 QString pdfHtml(const TarveloSession &session, const QString &reportHtml,
                 const QString &subjectName)
 {
-    QString html = QStringLiteral("<h3>")
-        + QCoreApplication::translate("TarveloSessionWidget", "Сессия") + QLatin1Char(' ')
-        + session.scriptTitle() + QStringLiteral(" (") + session.start().toString(HeadingDateFormat)
-        + QStringLiteral(")</h3>") + reportHtml;
+    // The view's own session word, which a translation may word apart from the report's.
+    QString html = SessionReport::heading(
+                       session, QCoreApplication::translate("TarveloSessionWidget", "Сессия"))
+        + reportHtml;
     if (!subjectName.isEmpty())
         html = QStringLiteral("<h3>") + subjectName + QStringLiteral("</h3>") + html;
     return html;

@@ -2,6 +2,7 @@
 
 #include "ReportTexts.h"
 #include "SessionSummary.h"
+#include "data/StageTransfer.h"
 #include "data/TarveloSession.h"
 
 #include <QCoreApplication>
@@ -15,24 +16,25 @@ const QString StyleBlock = QStringLiteral(
     "right } .lg { background: #F0F0F0 } .err { color: #C30 } .b { font-weight: bold; } .bad2 { "
     "color: #F30 } .bad1 { color: #F60 } .bad0 { color: #F90 } .good1 { color: #89c423 } .good2 "
     "{ color: #5d9202 } table { border-collapse: collapse; border: 0; } </style>");
-const QString TitleDateFormat = QStringLiteral("yyyy/MM/dd HH:mm");
+const QString HeadingDateFormat = QStringLiteral("yyyy/MM/dd HH:mm");
 const QString Dash = QStringLiteral("-");
 
 // The box's transfer words, their shown text (translated when it is a word) and colour class.
 struct TransferKind
 {
-    const char *action;
+    const QString &action;
     const char *text;
     const char *cssClass;
 };
 const TransferKind TransferKinds[] = {
-    {"stop", QT_TRANSLATE_NOOP("TarveloSessionWidget", "Стоп"), "err"},
-    {"maxRepeats", QT_TRANSLATE_NOOP("TarveloSessionWidget", "Макс.повторов"), "err"},
-    {"repeat", QT_TRANSLATE_NOOP("TarveloSessionWidget", "Повтор"), "bad0"},
-    {"-2", nullptr, "bad2"},
-    {"-1", nullptr, "bad1"},
-    {"+1", nullptr, "good1"},
-    {"+2", nullptr, "good2"},
+    {StageTransfer::Action::Stop, QT_TRANSLATE_NOOP("TarveloSessionWidget", "Стоп"), "err"},
+    {StageTransfer::Action::MaxRepeats, QT_TRANSLATE_NOOP("TarveloSessionWidget", "Макс.повторов"),
+     "err"},
+    {StageTransfer::Action::Repeat, QT_TRANSLATE_NOOP("TarveloSessionWidget", "Повтор"), "bad0"},
+    {StageTransfer::Action::BackTwo, nullptr, "bad2"},
+    {StageTransfer::Action::BackOne, nullptr, "bad1"},
+    {StageTransfer::Action::NextOne, nullptr, "good1"},
+    {StageTransfer::Action::NextTwo, nullptr, "good2"},
 };
 
 QString fixed(double value, int decimals)
@@ -81,9 +83,7 @@ SessionReport::SessionReport(const TarveloSession &session)
     : m_exportable(session.finished() || session.loaded())
 {
     const ReportTexts &texts = ReportTexts::instance();
-    m_title = QStringLiteral("<h3>") + texts.sessionWord + QLatin1Char(' ') + session.scriptTitle()
-        + QStringLiteral(" (") + session.start().toString(TitleDateFormat)
-        + QStringLiteral(")</h3>");
+    m_title = heading(session, texts.sessionWord);
     const SessionSummary summary(session);
     m_html = StyleBlock;
     addStageTable(session, summary);
@@ -92,12 +92,19 @@ SessionReport::SessionReport(const TarveloSession &session)
         m_html += QStringLiteral("<br><h3>") + texts.finishLine + QStringLiteral("</h3>");
 }
 
+QString SessionReport::heading(const TarveloSession &session, const QString &sessionWord)
+{
+    return QStringLiteral("<h3>") + sessionWord + QLatin1Char(' ') + session.scriptTitle()
+        + QStringLiteral(" (") + session.start().toString(HeadingDateFormat)
+        + QStringLiteral(")</h3>");
+}
+
 QString SessionReport::transferMark(const QString &action)
 {
     QString text = action;
     QString cssClass;
     for (const TransferKind &kind : TransferKinds) {
-        if (action == QLatin1String(kind.action)) {
+        if (action == kind.action) {
             if (kind.text)
                 text = QCoreApplication::translate("TarveloSessionWidget", kind.text);
             cssClass = QLatin1String(kind.cssClass);

@@ -18,13 +18,17 @@ class SessionReport
 public:
     explicit SessionReport(const TarveloSession &session);
 
-    // "<h3>Session <title> (yyyy/MM/dd HH:mm)</h3>".
+    // The heading with the report's session word.
     const QString &title() const { return m_title; }
     const QString &html() const { return m_html; }
     // Finished or loaded: only then is there a table to export.
     bool isExportable() const { return m_exportable; }
     // Empty unless exportable.
     const XLSXHelper::Rows &exportTable() const { return m_exportTable; }
+
+    // "<h3><session word> <script title> (yyyy/MM/dd HH:mm)</h3>": the title line of the view
+    // and the heading of the printed report, each with its own session word.
+    static QString heading(const TarveloSession &session, const QString &sessionWord);
 
     // The "Transfer" cell: a span whose class colours the box's word, e.g.
     // <span class="good1">+1</span>; an unknown or empty word stands as it is, class "".

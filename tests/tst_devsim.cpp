@@ -1,5 +1,5 @@
-#include "app/TarveloCommon.h"
 #include "data/KeyValueText.h"
+#include "data/TarveloCommon.h"
 #include "data/TarveloScript.h"
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"

@@ -1,4 +1,4 @@
-#include "app/TarveloCommon.h"
+#include "data/TarveloCommon.h"
 #include "foundation/AppHelper.h"
 #include "foundation/ConnectionHelper.h"
 #include "foundation/NLogger.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BasePage.h"
+#include "frame/BasePage.h"
 
 // Tab 4: the application settings.
 class PageSettings : public BasePage

@@ -1,9 +1,9 @@
 #include "PageDevice.h"
 
-#include "StimulusIcon.h"
-#include "app/TarveloCommon.h"
+#include "data/TarveloCommon.h"
 #include "device/TarveloDevice.h"
 #include "foundation/widgets/MediaHelper.h"
+#include "frame/StimulusWidgets.h"
 
 #include <QColor>
 #include <QGridLayout>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/HeaderedWidget.h"
+#include "frame/HeaderedWidget.h"
 
 class TarveloSessionWidget;
 

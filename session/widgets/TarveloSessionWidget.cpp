@@ -22,15 +22,6 @@
 #include <QStandardPaths>
 #include <QTextDocument>
 
-namespace {
-// The subject of the application's model, which also serves the widget without a model.
-QString currentSubjectName()
-{
-    const TarveloModel *model = TarveloModel::instance();
-    return model && model->currentUser() ? model->currentUser()->fullName(false) : QString();
-}
-} // namespace
-
 TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     : QWidget(parent)
     , m_model(model)
@@ -123,8 +114,10 @@ void TarveloSessionWidget::exportSession()
     const TarveloSession *session = m_session;
     const XLSXHelper::Rows table = m_exportTable;
     const QString reportHtml = m_reportLabel->text();
-    const QString subject = currentSubjectName();
-    TarveloModel *model = TarveloModel::instance();
+    // The view of a stored session has no model of its own and exports for the application's.
+    const TarveloModel *model = m_model ? m_model : TarveloModel::instance();
+    const QString subject =
+        model && model->currentUser() ? model->currentUser()->fullName(false) : QString();
     TarveloSettings *settings = model ? model->settings() : nullptr;
 
     QString folder = settings ? settings->getLastExportFolder() : QString();

@@ -1,7 +1,7 @@
 #include "ScriptPlayer.h"
 
 #include "TransferRule.h"
-#include "app/TarveloCommon.h"
+#include "data/ReportedReaction.h"
 #include "data/TarveloScript.h"
 #include "device/DeviceProtocol.h"
 
@@ -88,12 +88,14 @@ void ScriptPlayer::runStep()
 
     if (reaction.isError())
         ++m_errors;
-    const int r = answered ? reaction.time : -reaction.time;
-    const QString text = ReactionReport + QString::number(r) + QStringLiteral(";b=")
-        + QString::number(reaction.button) + QStringLiteral(";b2=")
-        + QString::number(int(requiredButton(step.stimulus))) + QStringLiteral(";s=")
-        + QString::number(step.stimulus) + QStringLiteral(";t=") + QString::number(step.duration)
-        + QStringLiteral(";d=") + QString::number(step.delay);
+    ReportedReaction reported;
+    reported.reaction = answered ? reaction.time : -reaction.time;
+    reported.button = reaction.button;
+    reported.required = requiredButton(step.stimulus);
+    reported.stimulus = step.stimulus;
+    reported.allowed = step.duration;
+    reported.delay = step.delay;
+    const QString text = reported.toText();
     after(reaction.time, [this, text, answered, reaction, stepEnd] {
         if (answered)
             emit buttonPressed(reaction.button, wall(PressMs));

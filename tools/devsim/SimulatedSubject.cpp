@@ -1,6 +1,6 @@
 #include "SimulatedSubject.h"
 
-#include "app/TarveloCommon.h"
+#include "data/TarveloCommon.h"
 
 #include <QtMath>
 

@@ -1,27 +1,29 @@
 #include "TransferRule.h"
 
 #include "data/ScriptStage.h"
-#include "device/DeviceProtocol.h"
+#include "data/StageTransfer.h"
+
+using namespace StageTransfer;
 
 namespace {
 struct Move
 {
-    const char *key;
+    const QString &key;
     const QString &action;
     int offset;
 };
 
 // In wire order, which is also the order that breaks ties.
 const Move Moves[] = {
-    {"stop", DeviceProtocol::Action::Stop, 0},    {"s-2", DeviceProtocol::Action::BackTwo, -2},
-    {"s-1", DeviceProtocol::Action::BackOne, -1}, {"s-0", DeviceProtocol::Action::Repeat, 0},
-    {"s+1", DeviceProtocol::Action::NextOne, 1},  {"s+2", DeviceProtocol::Action::NextTwo, 2},
+    {Key::Stop, Action::Stop, 0},        {Key::BackTwo, Action::BackTwo, -2},
+    {Key::BackOne, Action::BackOne, -1}, {Key::Repeat, Action::Repeat, 0},
+    {Key::NextOne, Action::NextOne, 1},  {Key::NextTwo, Action::NextTwo, 2},
 };
 
 const Move *findMove(const QString &key)
 {
     for (const Move &move : Moves) {
-        if (key == QLatin1String(move.key))
+        if (key == move.key)
             return &move;
     }
     return nullptr;
@@ -33,11 +35,10 @@ QString TransferRule::applicableTransfer(const ScriptStage &stage, int errors)
     QString best;
     int bestThreshold = -1;
     for (const Move &move : Moves) {
-        const QString key = QLatin1String(move.key);
         bool ok = false;
-        const int threshold = stage.value(key).toInt(&ok);
+        const int threshold = stage.value(move.key).toInt(&ok);
         if (ok && threshold <= errors && threshold > bestThreshold) {
-            best = key;
+            best = move.key;
             bestThreshold = threshold;
         }
     }
@@ -49,16 +50,15 @@ TransferRule::Decision TransferRule::decide(const QVector<const ScriptStage *> &
 {
     const QString key = applicableTransfer(*stages.at(index), errors);
     // When nothing applies the box goes on to the next stage.
-    const Move *move = findMove(key.isEmpty() ? QStringLiteral("s+1") : key);
-    if (move->offset == 0 && move->action == DeviceProtocol::Action::Stop)
+    const Move *move = findMove(key.isEmpty() ? Key::NextOne : key);
+    if (move->offset == 0 && move->action == Action::Stop)
         return {move->action, ScriptEnds};
 
     int next = index + move->offset;
     if (move->offset <= 0) {
         next = qMax(0, next);
         if (plays.value(next) > qMax(0, stages.at(next)->maxRepeats))
-            return {DeviceProtocol::Action::MaxRepeats,
-                    index + 1 < stages.size() ? index + 1 : ScriptEnds};
+            return {Action::MaxRepeats, index + 1 < stages.size() ? index + 1 : ScriptEnds};
     }
     return {move->action, next < stages.size() ? next : ScriptEnds};
 }

@@ -1,27 +1,36 @@
 // tarvelo-screenshot: renders the main window to PNG files for review. It runs against whatever
-// box and data folder the environment gives (scripts/screenshots.sh sets up the emulator and a
-// demo folder): the window once the box has answered and a script is selected, the device page
-// with some lamps lit by the box, the device settings dialog, and the live report after some
-// stages of the selected script have been played.
-#include "app/TarveloCommon.h"
+// box, data folder and system language the environment gives (scripts/screenshots.sh sets up
+// the emulator and a demo folder, and runs it once per language): the first pictures show the
+// window once the box has answered and a script is selected, with the device page showing lamps
+// lit by the box, the device settings and firmware dialogs, the Script page also editing that
+// script and its creator open, the next the live report after some stages of that script have
+// been played, and the last the export's file dialog.
 #include "app/TarveloModel.h"
+#include "data/TarveloCommon.h"
 #include "data/TarveloSession.h"
 #include "device/FirmwarePackage.h"
 #include "device/TarveloDevice.h"
 #include "device/widgets/ComUpdaterWidget.h"
 #include "device/widgets/TarveloSettingsWidget.h"
 #include "foundation/LanguageContext.h"
-#include "session/widgets/PlayScriptStopSessionButton.h"
+#include "frame/HeaderedWidget.h"
+#include "frame/PlayScriptStopSessionButton.h"
+#include "session/widgets/PageSession.h"
+#include "session/widgets/TarveloSessionWidget.h"
 #include "ui/AppStyle.h"
-#include "ui/HeaderedWidget.h"
 #include "ui/MainWindow.h"
+#include "ui/PageScript.h"
+#include "ui/ScriptCreatorWidget.h"
+#include "ui/TarveloScriptEditor.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QEventLoop>
+#include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextStream>
@@ -56,8 +65,18 @@ bool waitFor(const std::function<bool()> &done, int timeoutMs)
     return loop.exec() == 0;
 }
 
+// The pages pictured before the session, by tab; the session page has the running picture.
+const std::pair<MainWindow::Page, const char *> PagePictures[] = {
+    {MainWindow::ScriptPage, "script.png"},
+    {MainWindow::DatabasePage, "subjects.png"},
+    {MainWindow::DevicePage, "device.png"},
+    {MainWindow::SettingsPage, "settings.png"},
+};
+
 bool save(QWidget &window, const QString &path)
 {
+    // Layouts settle in posted events: a widget just shown or hidden takes its place first.
+    QCoreApplication::processEvents();
     QDir().mkpath(QFileInfo(path).absolutePath());
     const bool saved = window.grab().save(path, "PNG");
     if (saved)
@@ -85,7 +104,6 @@ const QList<int> LitLamps {TarveloCommon::LED_TOP_Blue, TarveloCommon::LED_MID_R
 // The device page once the box reports the lamps lit, which it keeps so until told otherwise.
 bool saveDevicePage(MainWindow &window, TarveloDevice *device, const QString &path, int timeoutMs)
 {
-    window.tabs()->setCurrentIndex(MainWindow::DevicePage);
     bool lit = false;
     const QMetaObject::Connection reports =
         QObject::connect(device, &TarveloDevice::ledChanged, [&lit](const QList<bool> &leds) {
@@ -102,7 +120,6 @@ bool saveDevicePage(MainWindow &window, TarveloDevice *device, const QString &pa
     const bool saved = shown && save(window, path);
     for (int lamp : LitLamps)
         device->testStimulus(lamp, false);
-    window.tabs()->setCurrentIndex(MainWindow::ScriptPage);
     return saved;
 }
 
@@ -130,6 +147,34 @@ bool saveFirmwareUpdate(const TarveloDevice *device, const QString &path)
     dialog.show();
     return save(dialog, path);
 }
+
+// Stops the session the way the operator does and opens the export's file dialog: the dialog
+// runs modally, so it is pictured and closed from within its own event loop.
+bool saveExportDialog(MainWindow &window, const QString &path, int timeoutMs)
+{
+    auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
+    header->playButton()->stopButton()->click();
+    auto *page = qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage));
+    QPushButton *exportButton = page->sessionWidget()->exportButton();
+    if (!waitFor([&] { return exportButton->isVisible(); }, timeoutMs))
+        return false;
+    bool saved = false;
+    QTimer::singleShot(0, &window, [&] {
+        QFileDialog *dialog = nullptr;
+        waitFor(
+            [&] {
+                dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+                return dialog != nullptr;
+            },
+            timeoutMs);
+        if (dialog) {
+            saved = save(*dialog, path);
+            dialog->reject();
+        }
+    });
+    exportButton->click();
+    return saved;
+}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -150,6 +195,15 @@ int main(int argc, char *argv[])
     const QCommandLineOption sessionOption(QStringLiteral("running"),
                                            QStringLiteral("Picture during the session."),
                                            QStringLiteral("FILE"));
+    const QCommandLineOption pagesOption(
+        QStringLiteral("pages"),
+        QStringLiteral("Pictures of the pages before the session (script.png, subjects.png, "
+                       "device.png, settings.png), and after it of the export's file dialog "
+                       "(export-dialog.png), into FOLDER."),
+        QStringLiteral("FOLDER"));
+    const QCommandLineOption newVersionOption(
+        QStringLiteral("new-version"),
+        QStringLiteral("Wait for the version service's offer before the first picture."));
     const QCommandLineOption stagesOption(
         QStringLiteral("stages"),
         QStringLiteral("Stages played before the second picture (default 2)."), QStringLiteral("N"),
@@ -161,17 +215,8 @@ int main(int argc, char *argv[])
         QStringLiteral("timeout"),
         QStringLiteral("Seconds to wait for each picture (default 120)."), QStringLiteral("S"),
         QStringLiteral("120"));
-    const QCommandLineOption deviceOption(
-        QStringLiteral("device"), QStringLiteral("Picture of the device page with lamps lit."),
-        QStringLiteral("FILE"));
-    const QCommandLineOption settingsOption(
-        QStringLiteral("device-settings"), QStringLiteral("Picture of the device settings dialog."),
-        QStringLiteral("FILE"));
-    const QCommandLineOption firmwareOption(QStringLiteral("firmware"),
-                                            QStringLiteral("Picture of the firmware dialog."),
-                                            QStringLiteral("FILE"));
-    parser.addOptions({idleOption, sessionOption, deviceOption, settingsOption, firmwareOption,
-                       stagesOption, sizeOption, timeoutOption});
+    parser.addOptions({idleOption, sessionOption, pagesOption, newVersionOption, stagesOption,
+                       sizeOption, timeoutOption});
     parser.process(app);
 
     bool stagesOk = false;
@@ -184,20 +229,20 @@ int main(int argc, char *argv[])
     if (!stagesOk || stages < 0 || !timeoutOk || timeoutMs <= 0 || windowSize.isEmpty())
         return fail(QStringLiteral("--stages, --timeout and --size need numbers, such as "
                                    "--stages 2 --timeout 60 --size 1280x800"));
+    if (!parser.isSet(idleOption) && !parser.isSet(sessionOption) && !parser.isSet(pagesOption))
+        return fail(QStringLiteral("nothing to do: give --idle FILE, --running FILE, --pages "
+                                   "FOLDER or several"));
+
     // Made absolute now: the model makes the data folder the working folder.
-    const auto pathOf = [&parser](const QCommandLineOption &option) {
-        return parser.isSet(option) ? QFileInfo(parser.value(option)).absoluteFilePath()
-                                    : QString();
-    };
-    const QString idlePath = pathOf(idleOption);
-    const QString runningPath = pathOf(sessionOption);
-    const QString devicePath = pathOf(deviceOption);
-    const QString settingsPath = pathOf(settingsOption);
-    const QString firmwarePath = pathOf(firmwareOption);
-    if (idlePath.isEmpty() && runningPath.isEmpty() && devicePath.isEmpty()
-        && settingsPath.isEmpty() && firmwarePath.isEmpty())
-        return fail(QStringLiteral("nothing to do: give --idle, --running, --device, "
-                                   "--device-settings or --firmware with a FILE"));
+    const QString idlePath = parser.isSet(idleOption)
+        ? QFileInfo(parser.value(idleOption)).absoluteFilePath()
+        : QString();
+    const QString runningPath = parser.isSet(sessionOption)
+        ? QFileInfo(parser.value(sessionOption)).absoluteFilePath()
+        : QString();
+    const QString pagesFolder = parser.isSet(pagesOption)
+        ? QFileInfo(parser.value(pagesOption)).absoluteFilePath()
+        : QString();
 
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
     AppStyle::apply(app);
@@ -211,7 +256,8 @@ int main(int argc, char *argv[])
     const bool ready = waitFor(
         [&] {
             return device->isConnected() && !device->serialNumber().isEmpty()
-                && !device->version().isEmpty() && model->currentScript();
+                && !device->version().isEmpty() && model->currentScript()
+                && (!parser.isSet(newVersionOption) || window.versionHolder()->isVisible());
         },
         timeoutMs);
     if (!ready)
@@ -221,23 +267,61 @@ int main(int argc, char *argv[])
                         : QStringLiteral("no box answered: is TARVELO_EXTRA_PORTS set?"));
     if (!idlePath.isEmpty() && !save(window, idlePath))
         return fail(QStringLiteral("can't write %1").arg(idlePath));
-    if (!devicePath.isEmpty() && !saveDevicePage(window, device, devicePath, timeoutMs))
-        return fail(QStringLiteral("the box didn't light its lamps, or %1 can't be written")
-                        .arg(devicePath));
-    if (!settingsPath.isEmpty() && !saveDeviceSettings(window, settingsPath, timeoutMs))
-        return fail(QStringLiteral("the box didn't tell its options, or %1 can't be written")
-                        .arg(settingsPath));
-    if (!firmwarePath.isEmpty() && !saveFirmwareUpdate(device, firmwarePath))
-        return fail(QStringLiteral("can't write %1").arg(firmwarePath));
+    auto *page = qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage));
+    if (!pagesFolder.isEmpty()) {
+        TarveloScriptEditor *editor = page->editor();
+        // The second stage, so that the pictures show a stage other than the default one.
+        if (editor->stageButtons().size() > 1)
+            editor->stageButtons().at(1)->click();
+        for (const auto &[tab, name] : PagePictures) {
+            window.tabs()->setCurrentIndex(tab);
+            const QString path = pagesFolder + QLatin1Char('/') + QLatin1String(name);
+            const bool saved = tab == MainWindow::DevicePage
+                ? saveDevicePage(window, device, path, timeoutMs)
+                : save(window, path);
+            if (!saved)
+                return fail(QStringLiteral("the box didn't light its lamps, or %1 can't be written")
+                                .arg(path));
+        }
+        window.tabs()->setCurrentIndex(MainWindow::ScriptPage);
+        const QString settingsPath = pagesFolder + QStringLiteral("/device-settings.png");
+        if (!saveDeviceSettings(window, settingsPath, timeoutMs))
+            return fail(QStringLiteral("the box didn't tell its options, or %1 can't be written")
+                            .arg(settingsPath));
+        const QString firmwarePath = pagesFolder + QStringLiteral("/firmware-update.png");
+        if (!saveFirmwareUpdate(device, firmwarePath))
+            return fail(QStringLiteral("can't write %1").arg(firmwarePath));
+
+        page->editButton()->click();
+        // A title the file name can't carry, to show the inline reason and the held-back Save.
+        editor->titleEdit()->setText(editor->titleEdit()->text() + QStringLiteral("/2"));
+        const QString editingPath = pagesFolder + QStringLiteral("/script-editing.png");
+        const bool editingSaved = save(window, editingPath);
+        page->cancelButton()->click();
+        if (!editingSaved)
+            return fail(QStringLiteral("can't write %1").arg(editingPath));
+
+        page->createButton()->click();
+        auto *creator = page->findChild<ScriptCreatorWidget *>();
+        creator->nameEdit()->setText(QStringLiteral("Новый сценарий"));
+        creator->resize(creator->sizeHint().expandedTo(QSize(760, 640)));
+        const QString creatorPath = pagesFolder + QStringLiteral("/script-creator.png");
+        const bool creatorSaved = save(*creator, creatorPath);
+        creator->close();
+        if (!creatorSaved)
+            return fail(QStringLiteral("can't write %1").arg(creatorPath));
+    }
     if (runningPath.isEmpty())
         return 0;
 
     // Played the way the operator does it: the play button in the header of the script page.
-    auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
-    header->playButton()->playButton()->click();
+    page->playButton()->playButton()->click();
     if (!waitFor([&] { return playedEnough(*model, stages); }, timeoutMs))
         return fail(QStringLiteral("the session didn't get %1 stages far").arg(stages));
     if (!save(window, runningPath))
         return fail(QStringLiteral("can't write %1").arg(runningPath));
+    const QString dialogPath = pagesFolder + QStringLiteral("/export-dialog.png");
+    if (!pagesFolder.isEmpty() && !saveExportDialog(window, dialogPath, timeoutMs))
+        return fail(QStringLiteral("no export dialog pictured in %1").arg(dialogPath));
     return 0;
 }

@@ -1,9 +1,9 @@
 #include "HeaderedWidget.h"
 
+#include "PlayScriptStopSessionButton.h"
 #include "app/TarveloModel.h"
 #include "foundation/widgets/MediaHelper.h"
 #include "foundation/widgets/UIHelper.h"
-#include "session/widgets/PlayScriptStopSessionButton.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class SessionStage;
+class TarveloSession;
+class TarveloUser;
+
+// Turns the box's reports during a run into a session record and files it when the run ends.
+// The box plays the script and decides the transfers; the recorder only writes them down and
+// checks nothing. The subject and the script title of the moment come with each call, as the
+// model has them then.
+//
+// A replaced session is deliberately not destroyed: views keep pointers to it.
+class SessionRecorder : public QObject
+{
+    Q_OBJECT
+public:
+    explicit SessionRecorder(const QString &recordsFolder, QObject *parent = nullptr);
+
+    // The session of the moment: null until the first run, kept after its end for the views.
+    TarveloSession *session() const { return m_session; }
+    // Between the start report and the finish.
+    bool isRunning() const { return m_running; }
+
+    // One report of the box. A start takes the subject's name and GUID, and scriptTitle when
+    // the box names no script.
+    void handleReport(const QString &message, const QString &scriptTitle,
+                      const TarveloUser *subject);
+    // Ends the session and, unless the operator said not to record it, files it in the
+    // subject's folder: the subject of this moment, which may differ from the one at the start.
+    void finish(const TarveloUser *subject);
+
+signals:
+    void sessionUpdated();
+    void sessionStarted();
+    void sessionFinished();
+
+private:
+    void start(const QString &title, const TarveloUser *subject);
+    void addStage(int index);
+    SessionStage *lastStage() const;
+
+    QString m_recordsFolder;
+    TarveloSession *m_session = nullptr;
+    bool m_running = false;
+};
