@@ -332,7 +332,10 @@ void DevicePageTest::verdictShowsForEachRun_data()
     QTest::addColumn<QByteArray>("tool");
     QTest::addColumn<QString>("verdict");
     const QString done = QStringLiteral("Done!");
-    QTest::newRow("clean run") << QByteArray("#!/bin/sh\nprintf '%s\\n' \"$@\"") << done;
+    // It waits to be let go, so that its output must show while it runs.
+    QTest::newRow("clean run") << QByteArray("#!/bin/sh\nprintf '%s\\n' \"$@\"\n"
+                                             "while [ ! -e \"$0.go\" ]; do sleep 0.1; done")
+                               << done;
     QTest::newRow("FAILED in capitals") << QByteArray("#!/bin/sh\necho FAILED") << Warning;
     QTest::newRow("invalid in a harmless line")
         << QByteArray("#!/bin/sh\necho note: invalid fuse ignored") << Warning;
@@ -360,6 +363,11 @@ void DevicePageTest::verdictShowsForEachRun()
         busy = !other->isEnabled() && !update->isEnabled() && !updater.tempFolder().isEmpty();
     });
     update->click();
+    auto *output = updater.findChild<QPlainTextEdit *>();
+    if (verdict != Warning) {
+        QTRY_VERIFY(output->toPlainText().contains("-cwiring"));
+        QVERIFY(TestFiles::write(updater.tempFolder() + "/avrdude.go", ""));
+    }
     QTRY_COMPARE(shown, verdict);
     QVERIFY(busy);
     QTRY_VERIFY(other->isEnabled() && update->isEnabled());
@@ -367,7 +375,7 @@ void DevicePageTest::verdictShowsForEachRun()
     // in its path.
     const QString folder = updater.tempFolder();
     if (verdict != Warning)
-        QCOMPARE(updater.findChild<QPlainTextEdit *>()->toPlainText(),
+        QCOMPARE(output->toPlainText(),
                  QStringList({"-C" + folder + "/avrdude.conf", "-v", "-V", "-patmega2560",
                               "-cwiring", "-P/dev/pts/991", "-b115200", "-D",
                               "-Uflash:w:" + folder + "/box.hex:i", ""})
