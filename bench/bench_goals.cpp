@@ -9,7 +9,8 @@
 //   3. start to the first paint of the main window within 2x a bare QMainWindow;
 //   4. XLSX + CSV + PDF export of a 200x30 session within 0.3 s;
 //   5. a step added to a 600-step stage costs what one added to an empty stage costs.
-// Wall-clock figures on whatever machine runs it: the fastest round is the one least disturbed
+// "--only live|stream|export|stage|start" runs one part, for a profiler. Wall-clock figures on
+// whatever machine runs it: the fastest round is the one least disturbed
 // by other work, the median the one to expect. Runs on the offscreen platform unless told
 // otherwise; the start-up figures come from child processes of this program.
 #include "RecordedRun.h"
@@ -110,6 +111,17 @@ SessionStep *randomStep(QRandomGenerator &random)
         random.bounded(20) != 0, int(random.bounded(100, 1500)), t);
 }
 
+// One update, from the rebuild to the end of the repaint it causes, in milliseconds. A function
+// of its own so that a profiler can count it alone (valgrind --toggle-collect='*timedUpdate*').
+__attribute__((noinline)) double timedUpdate(TarveloSessionWidget *view)
+{
+    QElapsedTimer timer;
+    timer.start();
+    view->updateReport();
+    settle();
+    return timer.nsecsElapsed() / 1e6;
+}
+
 // Goal 1: the view of a running session whose last stage grows step by step; each update is
 // timed from the rebuild to the end of the repaint it causes, with the view at the top (as it
 // opens) and scrolled to the bottom, where every change is in sight.
@@ -135,11 +147,7 @@ void liveViewUpdates(MainWindow &window, int stageRuns)
                 scroll->verticalScrollBar()->setValue(scroll->verticalScrollBar()->maximum());
                 settle();
             }
-            QElapsedTimer timer;
-            timer.start();
-            view->updateReport();
-            settle();
-            times.push_back(timer.nsecsElapsed() / 1e6);
+            times.push_back(timedUpdate(view));
         }
         const double worst = *std::max_element(times.begin(), times.end());
         std::printf("live view %dx%d, %s: update median %s, fastest %s, slowest %s\n", stageRuns,
@@ -415,6 +423,11 @@ int main(int argc, char **argv)
     if (argc == 3 && qstrcmp(argv[1], "--first-paint") == 0)
         return firstPaintChild(argc, argv, qstrcmp(argv[2], "program") == 0);
 
+    const QString only =
+        argc == 3 && qstrcmp(argv[1], "--only") == 0 ? QString::fromLatin1(argv[2]) : QString();
+    const auto runs = [&only](const char *part) {
+        return only.isEmpty() || only == QLatin1String(part);
+    };
     QApplication app(argc, argv);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     DesktopShell::setInterceptor([](DesktopShell::Action, const QString &) {});
@@ -430,18 +443,25 @@ int main(int argc, char **argv)
     window->tabs()->setCurrentIndex(MainWindow::SessionPage);
     settle();
 
-    liveViewUpdates(*window, 45);
-    liveViewUpdates(*window, 200);
-    if (!QTest::qWaitFor([&] { return window->model()->device()->isConnected(); }, 20000)) {
-        std::printf("the program didn't find the box\n");
-        return 1;
+    if (runs("live")) {
+        liveViewUpdates(*window, 45);
+        liveViewUpdates(*window, 200);
     }
-    streamThroughTheProgram(*window, box, 45, 10);
-    streamThroughTheProgram(*window, box, 200, 5);
-    exportLongSession();
-    stageSteps();
+    if (runs("stream")) {
+        if (!QTest::qWaitFor([&] { return window->model()->device()->isConnected(); }, 20000)) {
+            std::printf("the program didn't find the box\n");
+            return 1;
+        }
+        streamThroughTheProgram(*window, box, 45, 10);
+        streamThroughTheProgram(*window, box, 200, 5);
+    }
+    if (runs("export"))
+        exportLongSession();
+    if (runs("stage"))
+        stageSteps();
     window.reset();
-    startToFirstPaint(QCoreApplication::applicationFilePath());
+    if (runs("start"))
+        startToFirstPaint(QCoreApplication::applicationFilePath());
 
     std::printf("\n%-50s %-18s %-26s %s\n", "goal", "target", "measured", "");
     for (const Goal &goal : goals)
