@@ -26,7 +26,8 @@ TarveloDevice::TarveloDevice(int comPort, QObject *parent)
     m_connections << connect(&m_connectionTimer, &QTimer::timeout, this,
                              &TarveloDevice::connectionTimerHandler, Qt::QueuedConnection);
     m_connectionTimer.start();
-    connectionTimerHandler();
+    // The first search waits for the event loop, so that the window is on screen first.
+    QTimer::singleShot(0, this, &TarveloDevice::connectionTimerHandler);
     m_connections << connect(&m_message, &TarveloMessage::messageReceived, this,
                              &TarveloDevice::handleMessage, Qt::DirectConnection);
     m_uploader = new ScriptUploader(

@@ -32,8 +32,10 @@ std::unique_ptr<MainWindow> showMainWindow(QApplication &app)
     AppStyle::apply(app);
 
     auto window = std::make_unique<MainWindow>();
-    splash.finish(window.get());
+    // Shown first: finish() waits for the window to be on screen, which would otherwise cost
+    // every start about a second of polling.
     window->show();
+    splash.finish(window.get());
     return window;
 }
 
