@@ -59,6 +59,7 @@ private slots:
     void demoScriptPlaysToItsEnd();
     void lostLinkKeepsTheStopButton();
     void recordBoxAndExportFollowTheSession();
+    void reportsInABurstShowOnceWithTheLatestState();
     void widgetWithoutModelShowsAStoredSession();
     void nullModelBuildsOnlyTheHeader();
     void scriptPickedInOneHeaderShowsInBoth();
@@ -339,6 +340,30 @@ void SessionViewTest::recordBoxAndExportFollowTheSession()
     QTRY_VERIFY(!model->sessionRunning());
     QCOMPARE(m_data.allSessionFiles().size(), 1);
     delete first;
+}
+
+void SessionViewTest::reportsInABurstShowOnceWithTheLatestState()
+{
+    TarveloModel model;
+    TarveloSessionWidget live(&model);
+    // The start shows at once.
+    model.handleDeviceMessage(QStringLiteral("scriptStarted=Проба"));
+    QVERIFY(live.titleLabel()->text().contains(QStringLiteral("Проба")));
+    const QString started = live.reportLabel()->text();
+
+    // The box's reports, faster than frames: the view waits for the last of them.
+    for (const char *message : {"stageStarted=0", "stageItems=3", "r=400;b=2;s=1;t=1500;d=1000",
+                                "r=500;b=2;s=1;t=1500;d=1000", "r=600;b=2;s=1;t=1500;d=1000"})
+        model.handleDeviceMessage(QString::fromLatin1(message));
+    QCOMPARE(live.reportLabel()->text(), started);
+    QTRY_VERIFY(live.reportLabel()->text().contains(QStringLiteral("3/3</td>")));
+
+    // The end shows at once, with the Export button.
+    model.handleDeviceMessage(QStringLiteral("r=700;b=2;s=1;t=1500;d=1000"));
+    model.handleDeviceMessage(QStringLiteral("scriptFinished"));
+    QVERIFY(live.reportLabel()->text().contains(QStringLiteral("4/3</td>")));
+    QVERIFY(live.reportLabel()->text().contains(Finished));
+    QVERIFY(!live.exportButton()->isHidden());
 }
 
 void SessionViewTest::widgetWithoutModelShowsAStoredSession()

@@ -22,6 +22,11 @@
 #include <QStandardPaths>
 #include <QTextDocument>
 
+namespace {
+// One frame of a 60 Hz screen.
+constexpr int FrameMs = 16;
+} // namespace
+
 TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     : QWidget(parent)
     , m_model(model)
@@ -60,6 +65,9 @@ TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
         m_hasRecordOption = true;
     }
     m_recordCheckBox->setVisible(m_hasRecordOption);
+    m_pendingUpdate.setSingleShot(true);
+    m_pendingUpdate.setInterval(FrameMs);
+    connect(&m_pendingUpdate, &QTimer::timeout, this, &TarveloSessionWidget::updateReport);
 }
 
 void TarveloSessionWidget::setSession(TarveloSession *session)
@@ -70,15 +78,23 @@ void TarveloSessionWidget::setSession(TarveloSession *session)
 
 void TarveloSessionWidget::onSessionUpdated()
 {
-    m_session = m_model->session();
+    TarveloSession *session = m_model->session();
     // The box follows the session object: a click made before any session is put back here.
-    if (m_session)
-        m_recordCheckBox->setChecked(m_session->doNotRecord());
-    updateReport();
+    if (session)
+        m_recordCheckBox->setChecked(session->doNotRecord());
+    // A new run and its end show at once; the reports in between, which can come faster than
+    // the screen is drawn, are gathered into at most one update a frame.
+    if (session != m_session || !session || session->finished()) {
+        m_session = session;
+        updateReport();
+    } else if (!m_pendingUpdate.isActive()) {
+        m_pendingUpdate.start();
+    }
 }
 
 void TarveloSessionWidget::updateReport()
 {
+    m_pendingUpdate.stop();
     if (!m_session) {
         m_titleLabel->hide();
         m_exportButton->hide();

@@ -3,6 +3,7 @@
 #include "foundation/ConnectionHelper.h"
 
 #include <QList>
+#include <QTimer>
 #include <QVariant>
 #include <QWidget>
 
@@ -12,7 +13,7 @@ class QPushButton;
 class TarveloModel;
 class TarveloSession;
 
-// The live report of the model's session, rebuilt whole on every change; and, without a model,
+// The live report of the model's session, rebuilt at most once a frame; and, without a model,
 // the view of a stored session on the subject page. While a session runs the operator can tick
 // "do not record"; once it has ended the Export button takes that place.
 class TarveloSessionWidget : public QWidget
@@ -55,4 +56,5 @@ private:
     QCheckBox *m_recordCheckBox = nullptr;
     QList<QList<QVariant>> m_exportTable;
     bool m_hasRecordOption = false;
+    QTimer m_pendingUpdate;
 };
