@@ -78,7 +78,10 @@ QString SessionReport::html(const ReportContent &content)
     QString html = StyleBlock;
 
     // The header row is never closed: reports have always been shown and printed that way.
-    html += QStringLiteral("<table width=\"99.5%\" style=\"margin-top: 8px\"><tr>");
+    const QString tableOpening = QStringLiteral("<table width=\"")
+        + QString::number(TableWidthPercent) + QStringLiteral("%\"");
+    html += tableOpening + QStringLiteral(" style=\"margin-top: ")
+        + QString::number(StageTableMarginTop) + QStringLiteral("px\"><tr>");
     for (int i = 0; i < texts.headers.size(); ++i) {
         const QString attribute = i == 0 ? QStringLiteral(" width=\"1%\"")
             : i == 1                     ? QString()
@@ -109,9 +112,9 @@ QString SessionReport::html(const ReportContent &content)
     html += QStringLiteral("</table>");
 
     const int shown = content.matrix.size();
-    html += QStringLiteral("<br><table width=\"99.5%\"><tr><th rowspan=\"2\"></th><th colspan=\"")
-        + QString::number(shown) + QStringLiteral("\">") + texts.matrixHeading
-        + QStringLiteral("</th></tr><tr>");
+    html += QStringLiteral("<br>") + tableOpening
+        + QStringLiteral("><tr><th rowspan=\"2\"></th><th colspan=\"") + QString::number(shown)
+        + QStringLiteral("\">") + texts.matrixHeading + QStringLiteral("</th></tr><tr>");
     for (int i = 0; i < shown; ++i)
         html += QStringLiteral("<th class=r>") + texts.buttonNames.at(i) + QStringLiteral("</th>");
     html += QStringLiteral("</tr><tr><th class=\"r\">") + texts.matrixRowLabel

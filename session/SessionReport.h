@@ -38,6 +38,9 @@ public:
 
     // The report HTML of the given cells.
     static QString html(const ReportContent &content);
+    // The space above the stage table, and the share of the width that both tables take.
+    static constexpr int StageTableMarginTop = 8;
+    static constexpr double TableWidthPercent = 99.5;
     // The style block at the head of the HTML: the one statement of the report's colours.
     static const QString &styleBlock();
 

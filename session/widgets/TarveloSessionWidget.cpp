@@ -9,8 +9,11 @@
 #include "foundation/FileUtilities.h"
 #include "foundation/widgets/AppDialogs.h"
 #include "foundation/widgets/NScrollViewer.h"
+#include "session/ReportTexts.h"
 #include "session/SessionExport.h"
 #include "session/SessionReport.h"
+#include "session/SessionSummary.h"
+#include "session/widgets/SessionReportView.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -41,12 +44,10 @@ TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     connect(m_exportButton, &QPushButton::clicked, this, &TarveloSessionWidget::exportSession);
 
     m_titleLabel = new QLabel;
-    m_reportLabel = new QLabel;
-    m_reportLabel->setContentsMargins(0, 0, 0, 0);
-    m_reportLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_reportView = new SessionReportView;
     auto *viewer = new NScrollViewer(Qt::Vertical);
     viewer->setTransparentBackground(false);
-    viewer->add(m_reportLabel);
+    viewer->add(m_reportView);
 
     setContentsMargins(0, 0, 0, 0);
     auto *grid = new QGridLayout(this);
@@ -99,17 +100,28 @@ void TarveloSessionWidget::updateReport()
         m_titleLabel->hide();
         m_exportButton->hide();
         m_recordCheckBox->setVisible(m_hasRecordOption);
-        m_reportLabel->setText(QString());
+        m_reportView->setContent(nullptr);
         return;
     }
-    const SessionReport report(*m_session);
-    if (report.isExportable())
-        m_exportTable = report.exportTable();
-    m_titleLabel->setText(report.title());
+    const bool exportable = m_session->finished() || m_session->loaded();
+    m_titleLabel->setText(SessionReport::heading(*m_session, ReportTexts::instance().sessionWord));
     m_titleLabel->show();
-    m_exportButton->setVisible(report.isExportable());
-    m_recordCheckBox->setVisible(m_hasRecordOption && !report.isExportable());
-    m_reportLabel->setText(report.html());
+    m_exportButton->setVisible(exportable);
+    m_recordCheckBox->setVisible(m_hasRecordOption && !exportable);
+    // A running session's view needs its cells alone; the export table comes with its end.
+    if (exportable) {
+        const SessionReport report(*m_session);
+        m_exportTable = report.exportTable();
+        m_reportView->setContent(&report.content());
+    } else {
+        const ReportContent content(*m_session, SessionSummary(*m_session));
+        m_reportView->setContent(&content);
+    }
+}
+
+QString TarveloSessionWidget::reportHtml() const
+{
+    return m_reportView->isEmpty() ? QString() : SessionReport::html(m_reportView->content());
 }
 
 QString TarveloSessionWidget::chooseExportFile(const QString &path, const QStringList &filters,
@@ -129,7 +141,7 @@ void TarveloSessionWidget::exportSession()
     // PDF prints the report as shown, not rebuilt.
     const TarveloSession *session = m_session;
     const XLSXHelper::Rows table = m_exportTable;
-    const QString reportHtml = m_reportLabel->text();
+    const QString shownHtml = reportHtml();
     // The view of a stored session has no model of its own and exports for the application's.
     const TarveloModel *model = m_model ? m_model : TarveloModel::instance();
     const QString subject =
@@ -156,7 +168,7 @@ void TarveloSessionWidget::exportSession()
     const SessionExport::Format format = SessionExport::formatForFilter(filter);
     bool written = true;
     if (format == SessionExport::Format::Pdf)
-        printPdf(filePath, SessionExport::pdfHtml(*session, reportHtml, subject));
+        printPdf(filePath, SessionExport::pdfHtml(*session, shownHtml, subject));
     else
         written =
             SessionExport::writeTable(format, table, filePath, SessionExport::sheetName(*session));
