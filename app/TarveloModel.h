@@ -47,14 +47,36 @@ public:
     void setCurrentScriptTitle(const QString &title) { m_currentScriptTitle = title; }
     void reloadScripts();
     void selectScript(const QString &title);
-    // Save writes the current script under its (possibly new) title; both ways the list and
-    // the script are read again, which is all that cancelling takes.
-    void commitScript(bool save);
+    // Save writes the current script under its (possibly new, trimmed) title; both ways the
+    // list and the script are read again, which is all that cancelling takes. A save that
+    // fails (a refused title, a file that can't be written) changes nothing on disk, keeps
+    // the edited object and gives false.
+    bool commitScript(bool save);
+    // Files a newly made script under its title and selects it; false, with nothing written,
+    // when the title is refused or the file can't be written.
+    bool addScript(const TarveloScript &script);
     void removeCurrentScript(bool refresh);
     bool isTitleFree(const QString &title, const QString &own) const;
+    // Why a script can't be saved under this title (taken trimmed), in the words the pages
+    // show; empty when it can. own is the title the script is stored under now.
+    QString titleProblem(const QString &title, const QString &own) const;
+    static QString emptyTitleText();
+    static QString usedTitleText();
 
     void reloadUsers();
     void selectUser(const QString &guid);
+    // The folder that holds a subject's User.xml and sessions, with a slash: where a subject
+    // read from disk was found, whatever its name says now; for a new one, its folderName()
+    // in the records folder. Never outside the records folder.
+    QString userFolder(const TarveloUser *user) const;
+    // Files a new subject (its folder and User.xml) and makes it the current one.
+    void addUser(TarveloUser *user);
+    // Takes the edits of the subject that had the GUID guid: a changed folder name moves its
+    // folder, then User.xml is written and the subject selected anew. False when the folder
+    // could not be moved; the edits then go into the old folder, which keeps the sessions.
+    bool updateUser(const QString &guid, TarveloUser *edited);
+    // Moves a subject's folder, sessions and all, to the desktop's trash. False if it stays.
+    bool removeUser(const QString &guid);
 
 public slots:
     // Sends "stop" to the box and ends a running session as if it had finished.
@@ -75,6 +97,7 @@ private:
     void finishSession();
     void followPortSetting();
     void followSearchInterval();
+    TarveloUser *findUser(const QString &guid) const;
 
     QString scriptPath(const QString &title) const;
     QString rememberedScriptTitle() const;

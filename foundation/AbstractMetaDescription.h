@@ -29,6 +29,12 @@ public:
     int typeId() const { return m_typeId; }
     QString displayName() const { return m_displayName; }
     QString defaultValue() const { return m_defaultValue; }
+    // For a default known only at run time, such as the languages that exist.
+    void setDefaultValue(const QString &value)
+    {
+        m_defaultValue = value;
+        m_hasDefault = true;
+    }
     double minimum() const { return m_minimum; }
     double maximum() const { return m_maximum; }
     double step() const { return m_step; }
@@ -56,6 +62,9 @@ public:
     // Only editable properties are stored in files.
     bool editable() const { return m_editable; }
     bool visible() const { return m_visible; }
+    // Whether the form shows the property at present, by its visibility rule.
+    bool currentlyVisible() const { return m_currentlyVisible; }
+    void setCurrentlyVisible(bool visible) { m_currentlyVisible = visible; }
 
     // The order of a form: lower priority first, then by display name.
     static bool displaysBefore(const AbstractMetaDescription *a, const AbstractMetaDescription *b);
@@ -98,6 +107,7 @@ protected:
     bool m_readOnly = false;
     bool m_editable = false;
     bool m_visible = false;
+    bool m_currentlyVisible = true;
     bool m_hasMinimum = false;
     bool m_hasMaximum = false;
     bool m_hasDefault = false;

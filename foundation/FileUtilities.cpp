@@ -1,10 +1,54 @@
 #include "FileUtilities.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSaveFile>
+
+namespace {
+
+// The longest file name most file systems take, in bytes of UTF-8.
+constexpr int MaxFileNameBytes = 255;
+
+QString replaceRefused(const QString &text)
+{
+    static const QString refused = QStringLiteral("/\\<>:\"|?*");
+    QString result;
+    result.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            result += c;
+            result += text.at(++i);
+            continue;
+        }
+        // A lone surrogate has no UTF-8 form at all.
+        const bool bad =
+            c.category() == QChar::Other_Control || c.isSurrogate() || refused.contains(c);
+        result += bad ? QChar(QLatin1Char('_')) : c;
+    }
+    return result;
+}
+
+// The longest start of text, in whole characters, that takes at most bytes in UTF-8.
+QString cutToBytes(const QString &text, int bytes)
+{
+    int used = 0;
+    int i = 0;
+    while (i < text.size()) {
+        const int width = text.at(i).isHighSurrogate() ? 2 : 1;
+        const int size = text.midRef(i, width).toUtf8().size();
+        if (used + size > bytes)
+            break;
+        used += size;
+        i += width;
+    }
+    return text.left(i);
+}
+
+} // namespace
 
 QString FileUtilities::FolderSlash(const QString &path)
 {
@@ -114,6 +158,19 @@ QStringList FileUtilities::GetSubfolders(const QString &path, bool fullPaths, bo
     return result;
 }
 
+QString FileUtilities::safeFolderName(const QString &name, const QString &keptEnd)
+{
+    const QString end = cutToBytes(replaceRefused(keptEnd), MaxFileNameBytes);
+    QString result = cutToBytes(replaceRefused(name), MaxFileNameBytes - end.toUtf8().size()) + end;
+    if (result.isEmpty())
+        return QStringLiteral("_");
+    if (result.startsWith(QLatin1Char('.')))
+        result.replace(0, 1, QLatin1Char('_'));
+    if (result.endsWith(QLatin1Char('.')) || result.endsWith(QLatin1Char(' ')))
+        result.replace(result.size() - 1, 1, QLatin1Char('_'));
+    return result;
+}
+
 bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data)
 {
     if (path.isEmpty())
@@ -128,4 +185,45 @@ bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data)
         return false;
     }
     return file.commit();
+}
+
+namespace {
+QString nameText(const char *source)
+{
+    return QCoreApplication::translate("FileUtilities", source);
+}
+
+// Windows opens a device instead of a file for these, whatever follows the first point.
+bool isReservedDeviceName(const QString &name)
+{
+    static const QRegularExpression reserved(
+        QStringLiteral("^(CON|PRN|AUX|NUL|COM[1-9]|LPT[1-9])$"),
+        QRegularExpression::CaseInsensitiveOption);
+    return reserved.match(name.section(QLatin1Char('.'), 0, 0).trimmed()).hasMatch();
+}
+} // namespace
+
+QString FileUtilities::fileNameProblem(const QString &name)
+{
+    if (name.isEmpty())
+        return nameText("Имя не может быть пустым");
+    for (const QChar c : name) {
+        if (QLatin1String(RefusedNameCharacters).contains(c))
+            return nameText("Имя не может содержать символ «%1»").arg(c);
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator
+            || c == QChar::ParagraphSeparator)
+            return nameText("Имя не может содержать переводы строк и управляющие символы");
+    }
+    if (name.contains(QLatin1String("..")))
+        return nameText("Имя не может содержать две точки подряд");
+    if (name.startsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char('.')))
+        return nameText("Имя не может начинаться или заканчиваться точкой");
+    if (name.front().isSpace() || name.back().isSpace())
+        return nameText("Имя не может начинаться или заканчиваться пробелом");
+    if (isReservedDeviceName(name))
+        return nameText("Имя %1 зарезервировано системой")
+            .arg(name.section(QLatin1Char('.'), 0, 0));
+    if (name.toUtf8().size() > MaxNameBytes)
+        return nameText("Имя длиннее %1 байт").arg(MaxNameBytes);
+    return QString();
 }

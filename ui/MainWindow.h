@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 
+class PageScript;
 class QTabWidget;
 class TarveloModel;
 class TarveloStatusBar;
@@ -36,6 +37,8 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    // Unsaved script edits are asked about first; the operator may stay.
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     void onStatusBarClicked();
@@ -43,6 +46,7 @@ private:
 
     TarveloModel *m_model;
     QTabWidget *m_tabs = nullptr;
+    PageScript *m_scriptPage = nullptr;
     TarveloStatusBar *m_statusBar = nullptr;
     QWidget *m_versionHolder = nullptr;
 };
