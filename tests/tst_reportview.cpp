@@ -12,6 +12,7 @@
 #include <QWindow>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 using namespace SessionFixtures;
@@ -20,19 +21,27 @@ namespace {
 constexpr int Width = 1228;
 const QRgb Border = qRgb(0x99, 0x99, 0x99);
 
-// Rows (or columns) of an image where more than half the pixels are the border colour: the
-// grid's horizontal lines, or with a transposed image its vertical ones.
-QList<int> lines(const QImage &image, bool horizontal, int from = 0, int to = -1)
+// The grid's horizontal lines: rows more than half of the border colour.
+QList<int> rowLines(const QImage &image)
 {
-    const int length = horizontal ? image.height() : image.width();
-    const int across = horizontal ? image.width() : (to < 0 ? image.height() : to) - from;
     QList<int> found;
-    for (int i = 0; i < length; ++i) {
+    for (int y = 0; y < image.height(); ++y) {
         int count = 0;
-        for (int j = 0; j < across; ++j)
-            count += (horizontal ? image.pixel(j, i) : image.pixel(i, from + j)) == Border;
-        if (count * 2 > across)
-            found << i;
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixel(x, y) == Border;
+        if (count * 2 > image.width())
+            found << y;
+    }
+    return found;
+}
+
+// The vertical lines that cross row y.
+QList<int> columnLines(const QImage &image, int y)
+{
+    QList<int> found;
+    for (int x = 0; x < image.width(); ++x) {
+        if (image.pixel(x, y) == Border)
+            found << x;
     }
     return found;
 }
@@ -41,13 +50,9 @@ QList<int> lines(const QImage &image, bool horizontal, int from = 0, int to = -1
 // width out in its own steps.
 bool sameLines(const QList<int> &painted, const QList<int> &html)
 {
-    if (painted.size() != html.size())
-        return false;
-    for (int i = 0; i < painted.size(); ++i) {
-        if (qAbs(painted.at(i) - html.at(i)) > 3)
-            return false;
-    }
-    return true;
+    return painted.size() == html.size()
+        && std::equal(painted.cbegin(), painted.cend(), html.cbegin(),
+                      [](int p, int h) { return qAbs(p - h) <= 3; });
 }
 
 ReportContent contentOf(const TarveloSession &session)
@@ -124,13 +129,13 @@ void ReportViewTest::gridLiesWhereTheHtmlPutsIt()
     painter.end();
 
     QCOMPARE(painted.height(), html.height());
-    const QList<int> rows = lines(html, true);
-    QVERIFY(sameLines(lines(painted, true), rows));
+    const QList<int> rows = rowLines(html);
+    QVERIFY(sameLines(rowLines(painted), rows));
     // Columns of the stage table, then of the matrix, on their first rows below the headings.
     const int stageRow = rows.at(1) + 2;
     const int matrixRow = rows.at(rows.size() - 9) + 2;
     for (const int y : {stageRow, matrixRow})
-        QVERIFY(sameLines(lines(painted, false, y, y + 1), lines(html, false, y, y + 1)));
+        QVERIFY(sameLines(columnLines(painted, y), columnLines(html, y)));
 }
 
 // A run shown report by report: each report draws again the rows it changed and not those
@@ -169,7 +174,7 @@ void ReportViewTest::eachReportDrawsWhatChangedAndLooksAsAFreshView()
             stage->addStep(step(int(random.bounded(18)), int(random.bounded(9)), i != 2,
                                 int(random.bounded(100, 1500)), 1000));
             // Taken before: a grab paints the whole view.
-            const QList<int> rows = lines(view.grab().toImage(), true);
+            const QList<int> rows = rowLines(view.grab().toImage());
             show();
             // The header and first stage row stay as they were drawn.
             if (s > 0)
