@@ -17,6 +17,8 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("Tarvelo"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TARVELO_VERSION));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/resources/tarvelo.png")));
+    // Ties the window to the installed menu entry and its icon on Wayland.
+    QGuiApplication::setDesktopFileName(QStringLiteral("tarvelo"));
 
     QPixmap pixmap(QStringLiteral(":/resources/tarvelo-splash.png"));
     QPainter painter(&pixmap);
