@@ -3,14 +3,15 @@
 #include "data/TarveloSession.h"
 #include "data/TarveloUser.h"
 #include "device/DeviceProtocol.h"
-#include "foundation/FileUtilities.h"
 
 #include <QDateTime>
 #include <QDebug>
 
-SessionRecorder::SessionRecorder(const QString &recordsFolder, QObject *parent)
+#include <utility>
+
+SessionRecorder::SessionRecorder(FolderOf folderOf, QObject *parent)
     : QObject(parent)
-    , m_recordsFolder(recordsFolder)
+    , m_folderOf(std::move(folderOf))
 {
 }
 
@@ -82,9 +83,7 @@ void SessionRecorder::finish(const TarveloUser *subject)
     m_session->setFinished(true);
     m_session->setEnd(QDateTime::currentDateTime());
     if (!m_session->doNotRecord()) {
-        const QString folder = subject
-            ? FileUtilities::FolderSlash(m_recordsFolder) + subject->fullName(true)
-            : m_recordsFolder;
+        const QString folder = m_folderOf(subject);
         if (!m_session->save(folder))
             qDebug() << "Session not saved in" << folder;
     }

@@ -2,6 +2,27 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru_RU" sourcelanguage="ru_RU">
 <context>
+    <name>AddUserButton</name>
+    <message>
+        <source>Добавить респондента</source>
+        <translation>Добавить респондента</translation>
+    </message>
+</context>
+<context>
+    <name>BasePropertyView</name>
+    <message>
+        <source>Set default to</source>
+        <translation>Установить значение по умолчанию</translation>
+    </message>
+</context>
+<context>
+    <name>CurrentUserComboBox</name>
+    <message>
+        <source>Не выбран</source>
+        <translation>Не выбран</translation>
+    </message>
+</context>
+<context>
     <name>DeleteUpDownWidget</name>
     <message>
         <source>Удалить</source>
@@ -370,6 +391,10 @@
         <source>Hz</source>
         <translation>Гц</translation>
     </message>
+    <message>
+        <source>Other</source>
+        <translation>Другое</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -407,6 +432,53 @@
     <message>
         <source>Click to download new version</source>
         <translation>Нажмите для загрузки новой версии </translation>
+    </message>
+</context>
+<context>
+    <name>PageDatabase</name>
+    <message>
+        <source>Редактирвоать респондента</source>
+        <translation>Редактирвоать респондента</translation>
+    </message>
+    <message>
+        <source>Респонденты</source>
+        <translation>Респонденты</translation>
+    </message>
+    <message>
+        <source>Сессии</source>
+        <translation>Сессии</translation>
+    </message>
+    <message>
+        <source>Неизвестный</source>
+        <translation>Неизвестный</translation>
+    </message>
+    <message>
+        <source>Удалить сессию</source>
+        <translation>Удалить сессию</translation>
+    </message>
+    <message>
+        <source>Удаление сессии</source>
+        <translation>Удаление сессии</translation>
+    </message>
+    <message>
+        <source>Действительно удалить результаты этой сессии?</source>
+        <translation>Действительно удалить результаты этой сессии?</translation>
+    </message>
+    <message>
+        <source>Ошибка</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Невозможно удалить сессию</source>
+        <translation>Невозможно удалить сессию</translation>
+    </message>
+    <message>
+        <source>Невозможно перенести папку респондента</source>
+        <translation>Невозможно перенести папку респондента</translation>
+    </message>
+    <message>
+        <source>Невозможно удалить папку респондента</source>
+        <translation>Невозможно удалить папку респондента</translation>
     </message>
 </context>
 <context>
@@ -559,6 +631,13 @@
     <message>
         <source>Language will be changed on program restart</source>
         <translation>Язык сменится после перезапуска программы</translation>
+    </message>
+</context>
+<context>
+    <name>SpecialPropertyView</name>
+    <message>
+        <source>Любой файл</source>
+        <translation>Любой файл</translation>
     </message>
 </context>
 <context>
@@ -803,6 +882,41 @@
     <message>
         <source>Нет прав на порт %1: добавьте пользователя в группу «%2» и войдите в систему заново.</source>
         <translation>Нет прав на порт %1: добавьте пользователя в группу «%2» и войдите в систему заново.</translation>
+    </message>
+</context>
+<context>
+    <name>UserEditor</name>
+    <message>
+        <source>Редактирование респондента</source>
+        <translation>Редактирование респондента</translation>
+    </message>
+    <message>
+        <source>Создание респондента</source>
+        <translation>Создание респондента</translation>
+    </message>
+    <message>
+        <source>Удалить</source>
+        <translation>Удалить</translation>
+    </message>
+    <message>
+        <source>Изменить</source>
+        <translation>Изменить</translation>
+    </message>
+    <message>
+        <source>Создать</source>
+        <translation>Создать</translation>
+    </message>
+    <message>
+        <source>Отмена</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Удаление</source>
+        <translation>Удаление</translation>
+    </message>
+    <message>
+        <source>Удалить этого респондента со всеми сессиями?</source>
+        <translation>Удалить этого респондента со всеми сессиями?</translation>
     </message>
 </context>
 </TS>
