@@ -244,7 +244,8 @@ void TarveloDevice::takeLink(QSerialPort *port)
 void TarveloDevice::reportRefusal(const QSerialPort *port)
 {
     const QString name = port->portName();
-    // A lost link's port that this object still holds is no matter of rights.
+    // A lost link's port that this object still holds is no matter of rights (Windows would
+    // take it for another program's).
     const bool heldHere = m_port && m_port->portName() == name;
     if (heldHere || m_refusedPorts.contains(name) || !PortPermission::refusesUser(name))
         return;
