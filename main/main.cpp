@@ -12,6 +12,8 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("Tarvelo"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TARVELO_VERSION));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/resources/tarvelo.png")));
+    // Ties the window to the installed menu entry and its icon on Wayland.
+    QGuiApplication::setDesktopFileName(QStringLiteral("tarvelo"));
 
     const std::unique_ptr<MainWindow> window = ProgramStart::showMainWindow(app);
     return app.exec();
