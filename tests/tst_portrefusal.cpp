@@ -9,6 +9,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <algorithm>
 #include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -82,8 +83,13 @@ void PortRefusalTest::refusedPortIsToldOnceAndTheSearchGoesOn()
     const auto *notice = bar.findChild<QLabel *>(QStringLiteral("portRefusal"));
     // The name QSerialPort gives a device path under /dev.
     const QString name = refused.path().mid(int(qstrlen("/dev/")));
-    QCOMPARE(device.refusedPorts().contains(name), !group.isEmpty());
+    // Other ports of the machine may be refused as well: only this one counts.
+    const auto toldOfIt = [&] {
+        return std::count_if(refusals.cbegin(), refusals.cend(),
+                             [&](const QList<QVariant> &told) { return told.value(0) == name; });
+    };
     if (!group.isEmpty()) {
+        QTRY_COMPARE(toldOfIt(), 1);
         QCOMPARE(device.refusedPorts().value(name), group);
         QVERIFY(notice->isVisibleTo(&bar));
         QVERIFY(notice->text().contains(name) && notice->text().contains(group));
@@ -92,7 +98,8 @@ void PortRefusalTest::refusedPortIsToldOnceAndTheSearchGoesOn()
     qputenv("TARVELO_EXTRA_PORTS", (refused.path() + ':' + box.path()).toUtf8());
     device.setSearchEnabled(true);
     QTRY_VERIFY_WITH_TIMEOUT(device.isConnected(), 8000);
-    QCOMPARE(refusals.count(), 0);
+    QCOMPARE(toldOfIt(), group.isEmpty() ? 0 : 1);
+    QCOMPARE(device.refusedPorts().contains(name), !group.isEmpty());
     QVERIFY(!notice->isVisibleTo(&bar));
 }
 
