@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the Debian 12 packages that building, running and testing need, and configures and
-# builds the project in ./build. Quick when everything is already there.
+# Installs the Debian 12 packages that building, running, testing and packaging need, and
+# configures and builds the project in ./build (not with --packages-only). Quick when everything
+# is already there.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,6 +12,7 @@ packages=(
     libminizip-dev libxlsxwriter-dev fonts-roboto-unhinted
     clang libclang-rt-14-dev
     python3 python3-openpyxl poppler-utils xvfb xauth
+    dpkg-dev desktop-file-utils
     avrdude
 )
 
@@ -26,6 +28,8 @@ if ((${#missing[@]})); then
     $sudo apt-get update -qq
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
+
+[ "${1:-}" = --packages-only ] && exit 0
 
 jobs=$(nproc 2>/dev/null || echo 2)
 [ -f build/CMakeCache.txt ] || cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo

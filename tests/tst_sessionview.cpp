@@ -59,6 +59,7 @@ private slots:
     void demoScriptPlaysToItsEnd();
     void lostLinkKeepsTheStopButton();
     void recordBoxAndExportFollowTheSession();
+    void reportsInABurstShowOnceWithTheLatestState();
     void widgetWithoutModelShowsAStoredSession();
     void nullModelBuildsOnlyTheHeader();
     void scriptPickedInOneHeaderShowsInBoth();
@@ -203,7 +204,7 @@ void SessionViewTest::playUploadsAndTheStopButtonAborts()
     QTRY_VERIFY_WITH_TIMEOUT(!model->session()->stages().isEmpty()
                                  && !model->session()->stages().constFirst()->steps().isEmpty(),
                              WinMs);
-    QVERIFY(w.view()->reportLabel()->text().contains(QStringLiteral("/6</td>")));
+    QVERIFY(w.view()->reportHtml().contains(QStringLiteral("/6</td>")));
     QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
     QVERIFY(!model->sessionRunning());
     QVERIFY(model->session()->finished());
@@ -213,7 +214,7 @@ void SessionViewTest::playUploadsAndTheStopButtonAborts()
 
     // The aborted run is kept like a finished one.
     QCOMPARE(m_data.allSessionFiles().size(), 1);
-    QVERIFY(w.view()->reportLabel()->text().contains(Finished));
+    QVERIFY(w.view()->reportHtml().contains(Finished));
     QVERIFY(!w.view()->exportButton()->isHidden());
 }
 
@@ -239,7 +240,7 @@ void SessionViewTest::demoScriptPlaysToItsEnd()
     QCOMPARE(emulator.reports().last(), QStringLiteral("scriptFinished"));
     QVERIFY(model->session()->stages().size() >= 4);
     QVERIFY(w.view()->titleLabel()->text().contains(QStringLiteral("Демо")));
-    QVERIFY(w.view()->reportLabel()->text().contains(Finished));
+    QVERIFY(w.view()->reportHtml().contains(Finished));
     QVERIFY(!w.view()->exportButton()->isHidden());
     QVERIFY(w.view()->recordCheckBox()->isHidden());
     QVERIFY(!w.view()->exportTable().isEmpty());
@@ -294,7 +295,7 @@ void SessionViewTest::recordBoxAndExportFollowTheSession()
     QVERIFY(!record->isChecked());
     QVERIFY(view->exportButton()->isHidden());
     QVERIFY(view->titleLabel()->isHidden());
-    QVERIFY(view->reportLabel()->text().isEmpty());
+    QVERIFY(view->reportHtml().isEmpty());
     // A tick without a session ticks the box and nothing else; the next update puts it back.
     QTest::mouseClick(record, Qt::LeftButton);
     QVERIFY(record->isChecked());
@@ -311,7 +312,7 @@ void SessionViewTest::recordBoxAndExportFollowTheSession()
     box.send(QStringLiteral("stageStarted=0"));
     box.send(QStringLiteral("stageItems=2"));
     box.send(QStringLiteral("r=412;b=2;b2=2;s=1;t=1500;d=1000"));
-    QTRY_VERIFY(view->reportLabel()->text().contains(QStringLiteral("1/2</td>")));
+    QTRY_VERIFY(view->reportHtml().contains(QStringLiteral("1/2</td>")));
 
     // Ticked during the run, then aborted: nothing is written, the report stays for export.
     QTest::mouseClick(record, Qt::LeftButton);
@@ -320,8 +321,8 @@ void SessionViewTest::recordBoxAndExportFollowTheSession()
     QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
     QTRY_VERIFY(box.commands().contains(QStringLiteral("stop")));
     QVERIFY(m_data.allSessionFiles().isEmpty());
-    QVERIFY(view->reportLabel()->text().contains(Finished));
-    QVERIFY(view->reportLabel()->text().contains(QStringLiteral("1/2</td>")));
+    QVERIFY(view->reportHtml().contains(Finished));
+    QVERIFY(view->reportHtml().contains(QStringLiteral("1/2</td>")));
     QVERIFY(!view->exportButton()->isHidden());
     QVERIFY(record->isHidden());
     QVERIFY(!view->titleLabel()->isHidden());
@@ -333,12 +334,36 @@ void SessionViewTest::recordBoxAndExportFollowTheSession()
     QVERIFY(!record->isChecked());
     QVERIFY(!record->isHidden());
     QVERIFY(view->exportButton()->isHidden());
-    QVERIFY(!view->reportLabel()->text().contains(Finished));
+    QVERIFY(!view->reportHtml().contains(Finished));
     QVERIFY(first->doNotRecord());
     box.send(QStringLiteral("scriptFinished"));
     QTRY_VERIFY(!model->sessionRunning());
     QCOMPARE(m_data.allSessionFiles().size(), 1);
     delete first;
+}
+
+void SessionViewTest::reportsInABurstShowOnceWithTheLatestState()
+{
+    TarveloModel model;
+    TarveloSessionWidget live(&model);
+    // The start shows at once.
+    model.handleDeviceMessage(QStringLiteral("scriptStarted=Проба"));
+    QVERIFY(live.titleLabel()->text().contains(QStringLiteral("Проба")));
+    const QString started = live.reportHtml();
+
+    // The box's reports, faster than frames: the view waits for the last of them.
+    for (const char *message : {"stageStarted=0", "stageItems=3", "r=400;b=2;s=1;t=1500;d=1000",
+                                "r=500;b=2;s=1;t=1500;d=1000", "r=600;b=2;s=1;t=1500;d=1000"})
+        model.handleDeviceMessage(QString::fromLatin1(message));
+    QCOMPARE(live.reportHtml(), started);
+    QTRY_VERIFY(live.reportHtml().contains(QStringLiteral("3/3</td>")));
+
+    // The end shows at once, with the Export button.
+    model.handleDeviceMessage(QStringLiteral("r=700;b=2;s=1;t=1500;d=1000"));
+    model.handleDeviceMessage(QStringLiteral("scriptFinished"));
+    QVERIFY(live.reportHtml().contains(QStringLiteral("4/3</td>")));
+    QVERIFY(live.reportHtml().contains(Finished));
+    QVERIFY(!live.exportButton()->isHidden());
 }
 
 void SessionViewTest::widgetWithoutModelShowsAStoredSession()
@@ -361,8 +386,8 @@ void SessionViewTest::widgetWithoutModelShowsAStoredSession()
     QVERIFY(title.contains(QStringLiteral("Проба")));
     QVERIFY(!stored.exportButton()->isHidden());
     QVERIFY(stored.recordCheckBox()->isHidden());
-    QVERIFY(!stored.reportLabel()->text().isEmpty());
-    QVERIFY(!stored.reportLabel()->text().contains(Finished)); // not stored in the file
+    QVERIFY(!stored.reportHtml().isEmpty());
+    QVERIFY(!stored.reportHtml().contains(Finished)); // not stored in the file
     QVERIFY(!stored.exportTable().isEmpty());
 
     // Whatever is set, a widget without a model never offers the box.
@@ -381,7 +406,7 @@ void SessionViewTest::widgetWithoutModelShowsAStoredSession()
     QCOMPARE(stored.titleLabel()->text(), title); // the old text waits in the hidden label
     QVERIFY(stored.exportButton()->isHidden());
     QVERIFY(stored.recordCheckBox()->isHidden());
-    QVERIFY(stored.reportLabel()->text().isEmpty());
+    QVERIFY(stored.reportHtml().isEmpty());
 
     // The live view was never touched by any of it.
     QCOMPARE(live.session(), nullptr);

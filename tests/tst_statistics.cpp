@@ -30,6 +30,8 @@ private slots:
     void stageCountsAndValuesCoverEveryStep();
     void oneStepStageHasNoSpread();
     void emptyStageIsAllZero();
+    void runningValuesMatchAFullRecomputation_data();
+    void runningValuesMatchAFullRecomputation();
     void m_d_ckoOnKnownLists_data();
     void m_d_ckoOnKnownLists();
     void m_d_ckoAgreesWithAnIndependentTwoPassComputation();
@@ -128,6 +130,54 @@ void StatisticsTest::emptyStageIsAllZero()
     QCOMPARE(s->reactionVariance(), 0.0);
     QCOMPARE(s->reactionSigma(), 0.0);
     QCOMPARE(s->correctCount() + s->lateCount() + s->errorCount() + s->missedCount(), 0);
+}
+
+void StatisticsTest::runningValuesMatchAFullRecomputation_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("maxReaction");
+    QTest::newRow("reaction times") << 1u << 2000;
+    QTest::newRow("long stage") << 2u << 5000;
+    QTest::newRow("huge values from a garbled box") << 3u << std::numeric_limits<int>::max();
+    QTest::newRow("equal reactions") << 4u << 1;
+}
+
+// After every step the stage's figures are those of a pass over all its steps: counts and the
+// means to the last bit, D and sigma as close as two ways of adding allow.
+void StatisticsTest::runningValuesMatchAFullRecomputation()
+{
+    QFETCH(quint32, seed);
+    QFETCH(int, maxReaction);
+    QRandomGenerator random(seed);
+    SessionStage stage;
+    QList<double> reactions;
+    double allowed = 0;
+    int counts[4] = {};
+    for (int i = 0; i < 300; ++i) {
+        auto *s = step(int(random.bounded(18)), int(random.bounded(11)), random.bounded(8) != 0,
+                       int(random.bounded(maxReaction)), int(random.bounded(1, 3000)));
+        ++counts[s->outcome()];
+        reactions << s->r / 1000.0;
+        allowed += s->t / 1000.0;
+        stage.addStep(s);
+
+        double m, d, cko;
+        m_d_cko(reactions, &m, &d, &cko);
+        QCOMPARE(stage.correctCount(), counts[SessionStep::Correct]);
+        QCOMPARE(stage.lateCount(), counts[SessionStep::Late]);
+        QCOMPARE(stage.errorCount(), counts[SessionStep::Error]);
+        QCOMPARE(stage.missedCount(), counts[SessionStep::Missed]);
+        QVERIFY(stage.speedStep() == allowed / reactions.size());
+        QVERIFY(stage.reactionMean() == m);
+        if (i == 0) {
+            QVERIFY(std::isnan(stage.reactionVariance()) && std::isnan(stage.reactionSigma()));
+            continue;
+        }
+        // Relative to the squares' scale: the spread may be tiny beside large reactions.
+        const double scale = m * m + d;
+        QVERIFY(qAbs(stage.reactionVariance() - d) <= 1e-13 * scale);
+        QVERIFY(qAbs(stage.reactionSigma() - cko) <= 1e-6 * std::sqrt(scale));
+    }
 }
 
 void StatisticsTest::m_d_ckoOnKnownLists_data()

@@ -944,6 +944,14 @@
         <source>Тарвело подключен</source>
         <translation>Tarvelo connected</translation>
     </message>
+    <message>
+        <source>Порт %1 недоступен: его занимает другая программа.</source>
+        <translation>Port %1 is not available: another program holds it.</translation>
+    </message>
+    <message>
+        <source>Нет прав на порт %1: добавьте пользователя в группу «%2» и войдите в систему заново.</source>
+        <translation>No permission for port %1: add the user to the group “%2” and log in again.</translation>
+    </message>
 </context>
 <context>
     <name>UserEditor</name>

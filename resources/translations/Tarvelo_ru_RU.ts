@@ -944,6 +944,14 @@
         <source>Тарвело подключен</source>
         <translation>Тарвело подключен</translation>
     </message>
+    <message>
+        <source>Порт %1 недоступен: его занимает другая программа.</source>
+        <translation>Порт %1 недоступен: его занимает другая программа.</translation>
+    </message>
+    <message>
+        <source>Нет прав на порт %1: добавьте пользователя в группу «%2» и войдите в систему заново.</source>
+        <translation>Нет прав на порт %1: добавьте пользователя в группу «%2» и войдите в систему заново.</translation>
+    </message>
 </context>
 <context>
     <name>UserEditor</name>
