@@ -3,6 +3,7 @@
 #include "data/TarveloScript.h"
 #include "device/TarveloDevice.h"
 #include "frame/PlayScriptStopSessionButton.h"
+#include "frame/StimulusWidgets.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
 #include "support/ModalAnswerer.h"
@@ -11,7 +12,6 @@
 #include "ui/MainWindow.h"
 #include "ui/PageScript.h"
 #include "ui/ScriptCreatorWidget.h"
-#include "ui/StimulusWidgets.h"
 #include "ui/TarveloScriptEditor.h"
 #include "ui/TarveloStageEditor.h"
 

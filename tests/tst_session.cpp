@@ -1,11 +1,14 @@
 #include "foundation/LanguageContext.h"
+#include "foundation/Statistics.h"
 #include "session/SessionExport.h"
 #include "session/SessionReport.h"
 #include "support/SessionFixtures.h"
 #include "support/XlsxReadBack.h"
 
+#include <QRandomGenerator>
 #include <QtTest>
 
+#include <cmath>
 #include <memory>
 
 using namespace SessionFixtures;
@@ -82,6 +85,8 @@ private slots:
     void badSheetNamesAndTargetsAreRefused();
     void texts_data() { TestFiles::addRows(QStringLiteral("tables/session_texts.txt")); }
     void texts();
+    void runningValuesMatchAFullRecomputation_data();
+    void runningValuesMatchAFullRecomputation();
 };
 
 void SessionTest::exampleIsWrittenByteForByteAndReadsBack()
@@ -217,6 +222,54 @@ void SessionTest::texts()
     // The sheet is named by the start, or by the session word when it has none.
     QCOMPARE(SessionExport::sheetName(session), QStringLiteral("2024-03-05 14.20"));
     QCOMPARE(SessionExport::sheetName(TarveloSession()), QStringLiteral("Сессия"));
+}
+
+void SessionTest::runningValuesMatchAFullRecomputation_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<int>("maxReaction");
+    QTest::newRow("reaction times") << 1u << 2000;
+    QTest::newRow("long stage") << 2u << 5000;
+    QTest::newRow("huge values from a garbled box") << 3u << std::numeric_limits<int>::max();
+    QTest::newRow("equal reactions") << 4u << 1;
+}
+
+// After every step the stage's figures are those of a pass over all its steps: counts and the
+// means to the last bit, D and sigma as close as two ways of adding allow.
+void SessionTest::runningValuesMatchAFullRecomputation()
+{
+    QFETCH(quint32, seed);
+    QFETCH(int, maxReaction);
+    QRandomGenerator random(seed);
+    SessionStage stage;
+    QList<double> reactions;
+    double allowed = 0;
+    int counts[4] = {};
+    for (int i = 0; i < 300; ++i) {
+        auto *s = step(int(random.bounded(18)), int(random.bounded(11)), random.bounded(8) != 0,
+                       int(random.bounded(maxReaction)), int(random.bounded(1, 3000)));
+        ++counts[s->outcome()];
+        reactions << s->r / 1000.0;
+        allowed += s->t / 1000.0;
+        stage.addStep(s);
+
+        double m, d, cko;
+        m_d_cko(reactions, &m, &d, &cko);
+        QCOMPARE((QList<int> {stage.correctCount(), stage.lateCount(), stage.errorCount(),
+                              stage.missedCount()}),
+                 (QList<int> {counts[SessionStep::Correct], counts[SessionStep::Late],
+                              counts[SessionStep::Error], counts[SessionStep::Missed]}));
+        QVERIFY(stage.speedStep() == allowed / reactions.size());
+        QVERIFY(stage.reactionMean() == m);
+        if (i == 0) {
+            QVERIFY(std::isnan(stage.reactionVariance()) && std::isnan(stage.reactionSigma()));
+            continue;
+        }
+        // Relative to the squares' scale: the spread may be tiny beside large reactions.
+        const double scale = m * m + d;
+        QVERIFY(qAbs(stage.reactionVariance() - d) <= 1e-13 * scale);
+        QVERIFY(qAbs(stage.reactionSigma() - cko) <= 1e-6 * std::sqrt(scale));
+    }
 }
 
 QTEST_GUILESS_MAIN(SessionTest)

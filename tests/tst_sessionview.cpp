@@ -4,6 +4,7 @@
 #include "foundation/DesktopShell.h"
 #include "frame/PlayScriptStopSessionButton.h"
 #include "session/widgets/PageSession.h"
+#include "session/widgets/SessionReportView.h"
 #include "session/widgets/TarveloSessionWidget.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
@@ -110,6 +111,7 @@ private slots:
     void cleanup();
     void headersFollowTheScriptTheLinkAndTheSession();
     void lostLinkKeepsTheStopButtonUntilClicked();
+    void reportsInABurstShowOnceWithTheLatestState();
     void viewWithoutModelShowsAStoredSession();
     void exportDialog_data() { TestFiles::addRows(QStringLiteral("tables/export_dialog.txt")); }
     void exportDialog();
@@ -189,7 +191,7 @@ void SessionViewTest::headersFollowTheScriptTheLinkAndTheSession()
     TarveloSessionWidget *live = view(window);
     QCheckBox *record = live->recordCheckBox();
     QVERIFY(!record->isHidden() && live->exportButton()->isHidden());
-    QVERIFY(live->titleLabel()->isHidden() && live->reportLabel()->text().isEmpty());
+    QVERIFY(live->titleLabel()->isHidden() && live->reportHtml().isEmpty());
     QTest::mouseClick(record, Qt::LeftButton);
     box.send(QStringLiteral("scriptStarted=Проба"));
     QTRY_COMPARE(shown(window), "stop");
@@ -198,17 +200,17 @@ void SessionViewTest::headersFollowTheScriptTheLinkAndTheSession()
     QVERIFY(live->titleLabel()->text().contains(QStringLiteral("Проба")));
     for (const char *report : {"stageStarted=0", "stageItems=2", "r=412;b=2;s=1;t=1500;d=1000"})
         box.send(QString::fromLatin1(report));
-    QTRY_VERIFY(live->reportLabel()->text().contains(QStringLiteral("1/2</td>")));
+    QTRY_VERIFY(live->reportHtml().contains(QStringLiteral("1/2</td>")));
 
     // Ticked during the run, then stopped: nothing is written, the report stays for export.
     QTest::mouseClick(record, Qt::LeftButton);
     QTest::mouseClick(stack(window, MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
     QTRY_VERIFY(box.commands().contains(QStringLiteral("stop")));
     QCOMPARE(shown(window), "play");
-    QVERIFY(live->reportLabel()->text().contains(Finished));
+    QVERIFY(live->reportHtml().contains(Finished));
     QVERIFY(!live->exportButton()->isHidden() && record->isHidden());
     // The button takes the box's place in the head row, above the report.
-    QTRY_VERIFY(live->exportButton()->y() < live->reportLabel()->mapTo(live, QPoint()).y());
+    QTRY_VERIFY(live->exportButton()->y() < live->reportView()->mapTo(live, QPoint()).y());
     const std::unique_ptr<TarveloSession> first(model->session());
 
     // The next run has a session of its own: the box shows that one's choice, unticked.
@@ -265,11 +267,11 @@ void SessionViewTest::viewWithoutModelShowsAStoredSession()
     stored.setSession(loaded.get());
     QVERIFY(stored.titleLabel()->text().contains(QStringLiteral("Проба")));
     QVERIFY(!stored.titleLabel()->isHidden() && !stored.exportButton()->isHidden());
-    QVERIFY(!stored.reportLabel()->text().contains(Finished)); // not stored in the file
+    QVERIFY(!stored.reportHtml().contains(Finished)); // not stored in the file
     // Whatever it shows, a view without a model never offers the box.
     QVERIFY(stored.recordCheckBox()->isHidden() && !live.recordCheckBox()->isHidden());
     stored.setSession(nullptr);
-    QVERIFY(stored.titleLabel()->isHidden() && stored.reportLabel()->text().isEmpty());
+    QVERIFY(stored.titleLabel()->isHidden() && stored.reportHtml().isEmpty());
     QVERIFY(!live.session());
     PageSession page(nullptr);
     QCOMPARE(page.sessionWidget(), nullptr);
@@ -392,6 +394,30 @@ void SessionViewTest::exportShowsTheSessionOfTheMomentItWasAskedFor()
     QCOMPARE(live.session()->scriptTitle(), QStringLiteral("Другой"));
     const QByteArray exported = TestFiles::read(live.answer);
     QVERIFY(exported.contains("\r\n1;Этап 0;1;1;0;0;0;") && !exported.contains("Этап 7"));
+}
+
+void SessionViewTest::reportsInABurstShowOnceWithTheLatestState()
+{
+    TarveloModel model;
+    TarveloSessionWidget live(&model);
+    // The start shows at once.
+    model.handleDeviceMessage(QStringLiteral("scriptStarted=Проба"));
+    QVERIFY(live.titleLabel()->text().contains(QStringLiteral("Проба")));
+    const QString started = live.reportHtml();
+
+    // The box's reports, faster than frames: the view waits for the last of them.
+    for (const char *message : {"stageStarted=0", "stageItems=3", "r=400;b=2;s=1;t=1500;d=1000",
+                                "r=500;b=2;s=1;t=1500;d=1000", "r=600;b=2;s=1;t=1500;d=1000"})
+        model.handleDeviceMessage(QString::fromLatin1(message));
+    QCOMPARE(live.reportHtml(), started);
+    QTRY_VERIFY(live.reportHtml().contains(QStringLiteral("3/3</td>")));
+
+    // The end shows at once, with the Export button.
+    model.handleDeviceMessage(QStringLiteral("r=700;b=2;s=1;t=1500;d=1000"));
+    model.handleDeviceMessage(QStringLiteral("scriptFinished"));
+    QVERIFY(live.reportHtml().contains(QStringLiteral("4/3</td>")));
+    QVERIFY(live.reportHtml().contains(Finished));
+    QVERIFY(!live.exportButton()->isHidden());
 }
 
 QTEST_MAIN(SessionViewTest)

@@ -4,12 +4,14 @@
 
 #include <QWidget>
 
+class QLabel;
 class QProgressBar;
 class QPushButton;
 class TarveloDevice;
 
 // The strip under the pages: whether the box is connected, with its serial number, version and
-// port, and the progress of a script upload.
+// port, and the progress of a script upload. While no box is connected it also says which port
+// refused this user and how to get the right to it.
 class TarveloStatusBar : public QWidget
 {
     Q_OBJECT
@@ -23,11 +25,14 @@ signals:
     void tarveloClicked();
 
 private:
+    // Which ports refuse this user and what would help; empty when none does.
+    static QString refusalText(const TarveloDevice *device);
     void updateStatus();
     void showProgress(int progress);
 
     TarveloDevice *m_device;
     ConnectionHelper m_connections;
     QPushButton *m_button = nullptr;
+    QLabel *m_refusal = nullptr;
     QProgressBar *m_progressBar = nullptr;
 };

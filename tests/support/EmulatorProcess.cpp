@@ -8,6 +8,13 @@ constexpr int StartTimeoutMs = 10000;
 
 EmulatorProcess::~EmulatorProcess()
 {
+    kill();
+}
+
+void EmulatorProcess::kill()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
     m_process.kill();
     m_process.waitForFinished();
 }

@@ -16,6 +16,8 @@ public:
     // False if the program didn't start or printed no path in time.
     bool start(const QStringList &arguments = {});
     QString path() const { return m_path; }
+    // As if the cable were pulled.
+    void kill();
 
     QStringList log() const;
     // The commands it received and the reports it sent, in order, without their marks.
