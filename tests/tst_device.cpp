@@ -1,5 +1,7 @@
 #include "data/TarveloScript.h"
 #include "device/DeviceProtocol.h"
+#include "device/FirmwareFlasher.h"
+#include "device/FirmwarePackage.h"
 #include "device/PortCatalog.h"
 #include "device/TarveloDevice.h"
 #include "support/EmulatorProcess.h"
@@ -53,6 +55,7 @@ class DeviceTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void firmwareToolArgumentsOfBothBoardTypes();
     void init() { setExtraPorts({}); }
 
     // The stream and the frames, without a port. The fuzz corpora replayed by the test
@@ -280,6 +283,24 @@ void DeviceTest::portFilterAndAnAnswerAmongOtherFrames()
     QVERIFY(other.commands().isEmpty());
     QCOMPARE(messages.count(), 0);
     QVERIFY(device.version().isEmpty());
+}
+
+void DeviceTest::firmwareToolArgumentsOfBothBoardTypes()
+{
+    using namespace FirmwarePackage;
+    const QMap<QString, QString> avr {{Role::Conf, "/d/avrdude.conf"}, {Role::Hex, "/d/fw.hex"}};
+    QCOMPARE(FirmwareFlasher::arguments(AtMega2560, avr, "COM3").join(' '),
+             R"("-C/d/avrdude.conf" -v -V -patmega2560 -cwiring "-PCOM3" -b115200 -D )"
+             R"("-Uflash:w:/d/fw.hex:i")");
+    const QMap<QString, QString> esp {{Role::Ino, "/d/a.ino.bin"},
+                                      {Role::Bootloader, "/d/a.ino.bootloader.bin"},
+                                      {Role::BootApp, "/d/boot_app0.bin"},
+                                      {Role::Partitions, "/d/a.ino.partitions.bin"}};
+    QCOMPARE(FirmwareFlasher::arguments(Esp32, esp, "COM4").join(' '),
+             R"(--chip esp32 --port "COM4" --baud 1500000 --before default_reset --after )"
+             R"(hard_reset write_flash -z --flash_mode dio --flash_freq 80m --flash_size 4MB )"
+             R"(0x1000 "/d/a.ino.bootloader.bin" 0x8000 "/d/a.ino.partitions.bin" )"
+             R"(0xe000 "/d/boot_app0.bin" 0x10000 "/d/a.ino.bin")");
 }
 
 QTEST_GUILESS_MAIN(DeviceTest)

@@ -91,7 +91,10 @@ private slots:
     void controlClickOpensTheSettingsOverTheShowingTabAndWritesTheSerial();
     void packagesGiveTheRightVerdict_data();
     void packagesGiveTheRightVerdict();
-    void verdictShowsForEachRun_data();
+    void verdictShowsForEachRun_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/firmware_verdicts.txt"));
+    }
     void verdictShowsForEachRun();
     void realAvrdudeThroughTheDialogsEndsInTheWarning();
 
@@ -325,24 +328,6 @@ void DevicePageTest::packagesGiveTheRightVerdict()
     QVERIFY(!QFileInfo::exists(folder));
     QVERIFY(!QFileInfo::exists(m_data.root() + "../evil.hex"));
     QVERIFY(!QFileInfo::exists(m_dir.filePath("evil.hex")));
-}
-
-void DevicePageTest::verdictShowsForEachRun_data()
-{
-    QTest::addColumn<QByteArray>("tool");
-    QTest::addColumn<QString>("verdict");
-    const QString done = QStringLiteral("Done!");
-    // It waits to be let go, so that its output must show while it runs.
-    QTest::newRow("clean run") << QByteArray("#!/bin/sh\nprintf '%s\\n' \"$@\"\n"
-                                             "while [ ! -e \"$0.go\" ]; do sleep 0.1; done")
-                               << done;
-    QTest::newRow("FAILED in capitals") << QByteArray("#!/bin/sh\necho FAILED") << Warning;
-    QTest::newRow("invalid in a harmless line")
-        << QByteArray("#!/bin/sh\necho note: invalid fuse ignored") << Warning;
-    QTest::newRow("can't") << QByteArray("#!/bin/sh\necho \"can't open\"") << Warning;
-    // A tool that ends badly or never starts hasn't written the board, words or not.
-    QTest::newRow("silent failure") << QByteArray("#!/bin/sh\nexit 1") << Warning;
-    QTest::newRow("no program") << QByteArray("not a program") << Warning;
 }
 
 void DevicePageTest::verdictShowsForEachRun()
