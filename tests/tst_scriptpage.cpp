@@ -103,8 +103,7 @@ private slots:
     }
     void titleIsCheckedWhereItIsTyped();
     void failedWriteKeepsTheOldFileAndTheEdits();
-    void cancelDropsTheEdits();
-    void stagesAreAddedAndRemovedInAnEdit();
+    void cancelDropsTheEditsAndTheStages();
     void deleteAsksFirst_data() { TestFiles::addRows(QStringLiteral("tables/script_delete.txt")); }
     void deleteAsksFirst();
     void playIsHeldBackWhileEditingAndWithoutSteps();
@@ -187,7 +186,7 @@ void ScriptPageTest::failedWriteKeepsTheOldFileAndTheEdits()
              (QStringList {QStringLiteral("Другой.script"), QStringLiteral("Новое.script")}));
 }
 
-void ScriptPageTest::cancelDropsTheEdits()
+void ScriptPageTest::cancelDropsTheEditsAndTheStages()
 {
     TarveloModel model;
     model.selectScript(QStringLiteral("Проба"));
@@ -198,60 +197,49 @@ void ScriptPageTest::cancelDropsTheEdits()
     const QList<QWidget *> inputs {
         editor->descriptionEdit(), editor->toneHiSpin(), editor->fullTimeCheck(),
         editor->transferCombo(QStringLiteral("stop")), editor->stageEditor()->delaySpin(1)};
-    page.editButton()->click();
-    for (QWidget *input : inputs)
-        QVERIFY(input->isEnabled());
-    QVERIFY(!editor->removeStageButton()->isHidden());
-    QVERIFY(!page.scriptCombo()->isEnabled());
-    editor->descriptionEdit()->setText(QStringLiteral("Другое описание"));
-    editor->toneHiSpin()->setValue(1500);
-    editor->transferCombo(QStringLiteral("stop"))->setEditText(QStringLiteral("07"));
-    editor->stageEditor()->delaySpin(1)->setValue(50);
-    QCOMPARE(model.currentScript()->toText().section(QStringLiteral("\r\n"), 1, 1),
-             QStringLiteral("stop=7;s-2=;s-1=;s-0=2;s+1=1;s+2=;rpt=3;[s=1,b=2,t=1500,d=1000]"
-                            "[s=2,b=4,t=1500,d=50]"));
+    for (bool editing : {true, false}) {
+        (editing ? page.editButton() : page.cancelButton())->click();
+        QCOMPARE(page.isEditing(), editing);
+        for (QWidget *input : inputs)
+            QCOMPARE(input->isEnabled(), editing);
+        QCOMPARE(editor->removeStageButton()->isHidden(), !editing);
+        QCOMPARE(page.scriptCombo()->isEnabled(), !editing);
+        if (!editing)
+            break;
+        editor->descriptionEdit()->setText(QStringLiteral("Другое описание"));
+        editor->toneHiSpin()->setValue(1500);
+        editor->transferCombo(QStringLiteral("stop"))->setEditText(QStringLiteral("07"));
+        editor->stageEditor()->delaySpin(1)->setValue(50);
+        QCOMPARE(model.currentScript()->toText().section(QStringLiteral("\r\n"), 1, 1),
+                 QStringLiteral("stop=7;s-2=;s-1=;s-0=2;s+1=1;s+2=;rpt=3;[s=1,b=2,t=1500,d=1000]"
+                                "[s=2,b=4,t=1500,d=50]"));
 
-    page.cancelButton()->click();
-    QVERIFY(!page.isEditing());
+        // A new stage is the last, numbered 1, and selected.
+        editor->addStageButton()->click();
+        ScriptCreatorWidget *creator = editor->findChild<ScriptCreatorWidget *>();
+        creator->cell(0, 0)->setValue(3);
+        creator->createButton()->click();
+        const QList<ScriptStage *> stages = model.currentScript()->stages();
+        QCOMPARE(stages.size(), 3);
+        QCOMPARE(editor->currentStage(), stages.at(2));
+        QCOMPARE(editor->stageButtons().at(2)->text(), QStringLiteral("1"));
+        QVERIFY(editor->stageButtons().at(2)->isChecked());
+        QCOMPARE(stages.at(2)->steps.size(), 3);
+        editor->stageButtons().at(1)->click();
+        m_answers->answer = QStringLiteral("Yes");
+        editor->removeStageButton()->click();
+        QCOMPARE(m_answers->messages, (QStringList {"Удаление этапа", "Удалить этап 2?"}));
+        QCOMPARE(model.currentScript()->stages(),
+                 (QList<ScriptStage *> {stages.at(0), stages.at(2)}));
+        // A stage made for an edit that then ends goes nowhere.
+        editor->addStageButton()->click();
+    }
+    QTRY_VERIFY(!editor->findChild<ScriptCreatorWidget *>());
     QCOMPARE(scriptFiles(m_data.scripts()), before);
     QCOMPARE(model.currentScript()->description(), QString());
+    QCOMPARE(model.currentScript()->stages().size(), 2);
     QCOMPARE(editor->descriptionEdit()->text(), QString());
     QCOMPARE(editor->transferCombo(QStringLiteral("stop"))->currentText(), QStringLiteral("5"));
-    for (QWidget *input : inputs)
-        QVERIFY(!input->isEnabled());
-    QVERIFY(editor->removeStageButton()->isHidden());
-    QVERIFY(page.scriptCombo()->isEnabled());
-}
-
-void ScriptPageTest::stagesAreAddedAndRemovedInAnEdit()
-{
-    TarveloModel model;
-    model.selectScript(QStringLiteral("Проба"));
-    PageScript page(&model);
-    TarveloScriptEditor *editor = page.editor();
-    page.editButton()->click();
-    editor->addStageButton()->click();
-    ScriptCreatorWidget *creator = editor->findChild<ScriptCreatorWidget *>();
-    creator->cell(0, 0)->setValue(3);
-    creator->createButton()->click();
-    // The new stage is the last, numbered 1, and selected.
-    const QList<ScriptStage *> stages = model.currentScript()->stages();
-    QCOMPARE(stages.size(), 3);
-    QCOMPARE(editor->currentStage(), stages.at(2));
-    QCOMPARE(editor->stageButtons().at(2)->text(), QStringLiteral("1"));
-    QVERIFY(editor->stageButtons().at(2)->isChecked());
-    QCOMPARE(stages.at(2)->steps.size(), 3);
-
-    editor->stageButtons().at(1)->click();
-    m_answers->answer = QStringLiteral("Yes");
-    editor->removeStageButton()->click();
-    QCOMPARE(m_answers->messages, (QStringList {"Удаление этапа", "Удалить этап 2?"}));
-    QCOMPARE(model.currentScript()->stages(), (QList<ScriptStage *> {stages.at(0), stages.at(2)}));
-
-    // A stage made for an edit that has ended goes nowhere.
-    editor->addStageButton()->click();
-    page.cancelButton()->click();
-    QTRY_VERIFY(!editor->findChild<ScriptCreatorWidget *>());
 }
 
 void ScriptPageTest::deleteAsksFirst()
