@@ -89,7 +89,10 @@ private slots:
     void stateReportsLightLampsAndSinkControls();
     void optionsRoundTripWithTheBoxAndALostLinkEmptiesThePanel();
     void controlClickOpensTheSettingsOverTheShowingTabAndWritesTheSerial();
-    void packagesGiveTheRightVerdict_data();
+    void packagesGiveTheRightVerdict_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/firmware_packages.txt"));
+    }
     void packagesGiveTheRightVerdict();
     void verdictShowsForEachRun_data()
     {
@@ -279,35 +282,13 @@ void DevicePageTest::controlClickOpensTheSettingsOverTheShowingTabAndWritesTheSe
              QStringList({"writesn=2611A7", "sn", "version"}));
 }
 
-void DevicePageTest::packagesGiveTheRightVerdict_data()
-{
-    QTest::addColumn<QStringList>("names");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QString>("hex");
-    QTest::addColumn<QString>("note");
-    const auto row = [](const char *name, const QStringList &names, bool valid, const QString &hex,
-                        const QString &note) {
-        QTest::newRow(name) << names << valid << hex << note;
-    };
-    const QStringList complete {"avrdude.conf", "box.hex", "avrdude"};
-    row("valid", complete, true, "box.hex", "");
-    row("tool with .exe", {"avrdude.conf", "box.hex", "avrdude.exe"}, true, "box.hex", "");
-    row("no tool", complete.mid(0, 2), false, "", "");
-    row("two .hex: the first by name", {"b.hex", "avrdude.conf", "a.hex", "avrdude"}, true, "a.hex",
-        "");
-    row("../ entry", complete + QStringList {"../../evil.hex"}, false, "", "Refused");
-    row("absolute entry", complete + QStringList {m_dir.filePath("evil.hex")}, false, "",
-        "Refused");
-    row("not a ZIP", {}, false, "", "no readable ZIP");
-}
-
 void DevicePageTest::packagesGiveTheRightVerdict()
 {
     QFETCH(QStringList, names);
     QFETCH(bool, valid);
     QFETCH(QString, hex);
     QFETCH(QString, note);
-    const QString path = package(names);
+    const QString path = package(names.replaceInStrings("@dir/", m_dir.path() + '/'));
     QVERIFY(names.isEmpty() ? TestFiles::write(path, "PK, but no") : !path.isEmpty());
     // As the model leaves it, the working folder is the data folder.
     QVERIFY(QDir().mkpath(m_data.root()) && QDir::setCurrent(m_data.root()));
