@@ -1,6 +1,7 @@
 #include "foundation/VersionChecker.h"
 #include "foundation/VersionInfo.h"
 #include "foundation/widgets/NewVersionButton.h"
+#include "support/TestFiles.h"
 
 #include <QDesktopServices>
 #include <QNetworkAccessManager>
@@ -58,7 +59,7 @@ public slots:
 private slots:
     void initTestCase();
     void validAnswerShowsTheButtonWithTextToolTipAndLink();
-    void answersRead_data();
+    void answersRead_data() { TestFiles::addRows(QStringLiteral("tables/version_answers.txt")); }
     void answersRead();
     void laterAnswersHideAndShowTheButtonWithoutAWord();
 
@@ -109,21 +110,6 @@ void VersionCheckTest::validAnswerShowsTheButtonWithTextToolTipAndLink()
     std::unique_ptr<QNetworkReply> later(network.get(QNetworkRequest(m_service.address("/later"))));
     QVERIFY(QSignalSpy(later.get(), &QNetworkReply::finished).wait());
     QCOMPARE(m_service.asked.size(), 2);
-}
-
-void VersionCheckTest::answersRead_data()
-{
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<bool>("offered");
-    QTest::addColumn<QString>("version");
-    QTest::newRow("on offer") << QByteArray(R"({"valid": true, "version": "1.3.0"})") << true
-                              << "1.3.0";
-    QTest::newRow("not valid") << QByteArray(R"({"valid": false, "version": "1.3.0"})") << false
-                               << "1.3.0";
-    QTest::newRow("valid as a word") << QByteArray(R"({"valid": "true"})") << false << QString();
-    QTest::newRow("a page") << QByteArray("<html>Service unavailable</html>") << false << QString();
-    QTest::newRow("a list") << QByteArray(R"([{"valid": true}])") << false << QString();
-    QTest::newRow("nothing, as from a failed request") << QByteArray() << false << QString();
 }
 
 void VersionCheckTest::answersRead()
