@@ -85,12 +85,12 @@ void TarveloUser::copyFrom(const TarveloUser *other)
     setComment(other->getComment());
 }
 
-void TarveloUser::saveIn(const QString &recordsFolder)
+bool TarveloUser::saveIn(const QString &recordsFolder)
 {
     // The name goes into the path as it is; a name the file system refuses leaves no file.
     const QString folder =
         FileUtilities::FolderSlash(FileUtilities::FolderSlash(recordsFolder) + fullName(true));
     FileUtilities::createIfNotExists(folder);
     setFilepath(folder + fileName());
-    save();
+    return save();
 }

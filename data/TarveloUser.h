@@ -86,8 +86,9 @@ public:
     void createGuid();
     // Takes over every field of other that differs, the birth date within its limits.
     void copyFrom(const TarveloUser *other);
-    // Files the subject: creates its folder under recordsFolder and writes User.xml there.
-    void saveIn(const QString &recordsFolder);
+    // Files the subject: creates its folder under recordsFolder and writes User.xml there;
+    // false, and announced, when that can't be written.
+    bool saveIn(const QString &recordsFolder);
 
 signals:
     void changedLastName(const QString &value);

@@ -21,9 +21,9 @@ QString appVersion(bool threeParts)
     return version;
 }
 
-void showInFolder(const QString &path)
+bool showInFolder(const QString &path)
 {
-    DesktopShell::showInFolder(path);
+    return DesktopShell::showInFolder(path);
 }
 
 QString findInResources(const QString &name)

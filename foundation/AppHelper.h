@@ -9,8 +9,9 @@ namespace AppHelper {
 // The application version cut to three parts (a.b.c), or to two (a.b) when threeParts is false.
 QString appVersion(bool threeParts);
 
-// Shows the file selected in the system's file manager (or opens the folder itself).
-void showInFolder(const QString &path);
+// Shows the file selected in the system's file manager (or opens the folder itself); false when
+// no program took it.
+bool showInFolder(const QString &path);
 
 // The first compiled-in resource whose path ends in name, as a "qrc:" path; null if none.
 QString findInResources(const QString &name);

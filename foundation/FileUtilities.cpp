@@ -5,6 +5,9 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSaveFile>
+#include <QTemporaryFile>
+
+#include <csignal>
 
 QString FileUtilities::FolderSlash(const QString &path)
 {
@@ -29,10 +32,8 @@ QString FileUtilities::filename(const QString &path, bool withSuffix)
 
 bool FileUtilities::createIfNotExists(const QString &path)
 {
-    QDir dir(path);
-    if (dir.exists())
-        return true;
-    return dir.mkpath(path);
+    // Made from the working folder: QDir(path).mkpath(path) would nest a relative path in itself.
+    return QDir(path).exists() || QDir().mkpath(path);
 }
 
 bool FileUtilities::clearFolder(const QString &path, bool leaveRemoved)
@@ -114,18 +115,30 @@ QStringList FileUtilities::GetSubfolders(const QString &path, bool fullPaths, bo
     return result;
 }
 
-bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data)
+bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data, QString *error)
 {
-    if (path.isEmpty())
-        return false;
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
     // commit() overlooks a failure of its own final flush (a full disk, a size limit) and would
     // put the cut-off file in place, so the data is flushed and checked first.
-    if (file.write(data) != data.size() || !file.flush()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
+    const bool written = !path.isEmpty() && file.open(QIODevice::WriteOnly)
+        && file.write(data) == data.size() && file.flush();
+    if (written && file.commit())
+        return true;
+    // An uncommitted file takes its temporary file with it.
+    if (error)
+        *error = path.isEmpty() ? QStringLiteral("No file name") : file.errorString();
+    return false;
+}
+
+QString FileUtilities::writableFolderProblem(const QString &folder)
+{
+    QTemporaryFile probe(FolderSlash(folder) + QStringLiteral("XXXXXX.probe"));
+    return probe.open() ? QString() : probe.errorString();
+}
+
+void FileUtilities::ignoreFileSizeSignal()
+{
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }

@@ -9,6 +9,7 @@ bool confirmDialog(const QString &title, const QString &text, QMessageBox::Icon 
                    const QStringList &buttons)
 {
     QMessageBox box(icon, title, text);
+    box.setTextFormat(Qt::PlainText);
     QPushButton *yes = box.addButton(
         buttons.size() > 0 ? buttons.at(0) : QCoreApplication::translate("Generic", "Yes"),
         QMessageBox::YesRole);
@@ -24,7 +25,20 @@ void warningMessage(const QString &text, const QString &title, QMessageBox::Icon
 {
     QMessageBox box(icon, title, text, QMessageBox::NoButton, nullptr,
                     Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint | Qt::WindowStaysOnTopHint);
+    box.setTextFormat(Qt::PlainText);
     box.exec();
+}
+
+void handToDesktop(DesktopShell::Action action, const QString &path)
+{
+    const bool taken = action == DesktopShell::Action::OpenFile ? DesktopShell::openFile(path)
+                                                                : DesktopShell::showInFolder(path);
+    if (!taken)
+        warningMessage(QCoreApplication::translate("Generic",
+                                                   "Не удалось открыть \"%1\": в системе не "
+                                                   "нашлось программы для этого.")
+                           .arg(path),
+                       QString(), QMessageBox::Warning);
 }
 
 } // namespace AppHelper
