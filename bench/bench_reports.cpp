@@ -7,7 +7,6 @@
 // is not part of this path.
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
-#include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
 #include "device/TarveloMessage.h"
 #include "support/TestDataFolder.h"
@@ -84,7 +83,7 @@ double best(const std::function<void()> &round)
 void feed(TarveloMessage &splitter, const QByteArray &bytes)
 {
     for (int from = 0; from < bytes.size(); from += ReadBytes)
-        splitter.parse(DeviceProtocol::decode(bytes.mid(from, ReadBytes)));
+        splitter.parseBytes(bytes.mid(from, ReadBytes));
 }
 
 void report(const char *path, const Stream &stream, double seconds)

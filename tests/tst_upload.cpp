@@ -2,6 +2,7 @@
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
 #include "support/EmulatorProcess.h"
+#include "support/FakeBox.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -41,7 +42,7 @@ private slots:
     void saveSlotGoesLastAndNoStartFollows();
     void progressTicks_data();
     void progressTicks();
-    void uploadOverALostLinkStillEndsOnMinusOne();
+    void uploadOverALostLinkStopsAtOnceOnMinusOne();
     void uploadStartedFromAnEventPassIsRefused();
 };
 
@@ -178,13 +179,17 @@ void UploadTest::progressTicks()
     TarveloScript script;
     script.setTitle(title);
     addStages(script, stages);
+    FakeBox box;
+    QVERIFY(box.open());
+    setExtraPorts({box.path()});
     TarveloDevice device(-1);
+    QTRY_VERIFY_WITH_TIMEOUT(device.isConnected(), WinMs);
     QSignalSpy spy(&device, &TarveloDevice::loadProgress);
     device.uploadScript(&script, saveSlot, start);
     QCOMPARE(progressOf(spy), progress);
 }
 
-void UploadTest::uploadOverALostLinkStillEndsOnMinusOne()
+void UploadTest::uploadOverALostLinkStopsAtOnceOnMinusOne()
 {
     EmulatorProcess emulator;
     // "iamtarvelo", "sn=", "version=", then the cable goes.
@@ -197,9 +202,11 @@ void UploadTest::uploadOverALostLinkStillEndsOnMinusOne()
     TarveloScript script;
     addStages(script, {"rpt=1;[s=1,b=2,t=1,d=1][s=2,b=2,t=1,d=1]"});
     QSignalSpy spy(&device, &TarveloDevice::loadProgress);
+    QSignalSpy failed(&device, &TarveloDevice::uploadFailed);
     device.uploadScript(&script);
-    QCOMPARE(spy.count(), 12);
+    QCOMPARE(spy.count(), 1);
     QCOMPARE(spy.constLast().at(0).toInt(), -1);
+    QCOMPARE(failed.count(), 1);
     QVERIFY(!device.isConnected());
 }
 
@@ -207,7 +214,11 @@ void UploadTest::uploadStartedFromAnEventPassIsRefused()
 {
     TarveloScript script;
     addStages(script, {"rpt=1;[s=1,b=2,t=1,d=1][s=2,b=2,t=1,d=1]"});
+    FakeBox box;
+    QVERIFY(box.open());
+    setExtraPorts({box.path()});
     TarveloDevice device(-1);
+    QTRY_VERIFY_WITH_TIMEOUT(device.isConnected(), WinMs);
     QSignalSpy spy(&device, &TarveloDevice::loadProgress);
     // The interface runs during the upload's event passes and could ask for another one.
     QTimer::singleShot(0, &device, [&] { device.uploadScript(&script); });
