@@ -1,4 +1,5 @@
 #include "foundation/AppHelper.h"
+#include "foundation/FileUtilities.h"
 #include "foundation/LanguageContext.h"
 #include "ui/AppStyle.h"
 #include "ui/MainWindow.h"
@@ -12,6 +13,8 @@
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
+    // Under a file size limit a write then fails and is reported, instead of ending the program.
+    FileUtilities::ignoreFileSizeSignal();
     // Windows reads the version from the executable's resources; elsewhere the build gives it.
     QCoreApplication::setApplicationVersion(QStringLiteral(TARVELO_VERSION));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/resources/tarvelo.png")));

@@ -58,7 +58,7 @@ private slots:
     void runningSessionReportMatchesTheGoldenText();
     void finishedSessionEndsWithTheFinishLine();
     void loadedSessionIsExportableWithoutFinishLine();
-    void titleLineTakesTheScriptTitleUnescaped();
+    void titleLineEscapesTheScriptTitle();
     void rowsAreNumberedWithTwoDigitsAtLeast();
     void transferMark_data();
     void transferMark();
@@ -105,13 +105,14 @@ void SessionReportTest::loadedSessionIsExportableWithoutFinishLine()
     QCOMPARE(report.exportTable().size(), 4 + 18);
 }
 
-void SessionReportTest::titleLineTakesTheScriptTitleUnescaped()
+void SessionReportTest::titleLineEscapesTheScriptTitle()
 {
     TarveloSession session;
     session.setScriptTitle(QStringLiteral("A<B & <i>C</i>"));
     session.setStart(exampleStart());
-    QCOMPARE(SessionReport(session).title(),
-             QStringLiteral("<h3>Сессия A<B & <i>C</i> (2024/03/05 14:20)</h3>"));
+    QCOMPARE(
+        SessionReport(session).title(),
+        QStringLiteral("<h3>Сессия A&lt;B &amp; &lt;i&gt;C&lt;/i&gt; (2024/03/05 14:20)</h3>"));
     TarveloSession undated;
     QCOMPARE(SessionReport(undated).title(), QStringLiteral("<h3>Сессия  ()</h3>"));
 }
@@ -162,8 +163,8 @@ void SessionReportTest::transferMark_data()
                                   << "<span class=\"\">Stop</span>";
     QTest::newRow("unknown word") << "+3"
                                   << "<span class=\"\">+3</span>";
-    QTest::newRow("markup stays") << "<b>"
-                                  << "<span class=\"\"><b></span>";
+    QTest::newRow("markup is escaped") << "<b>"
+                                       << "<span class=\"\">&lt;b&gt;</span>";
 }
 
 void SessionReportTest::transferMark()
@@ -362,9 +363,9 @@ void SessionReportTest::pdfTextPutsTheHeadingsInFront()
     session.setStart(exampleStart());
     const QString report = QStringLiteral("<style></style><table></table>");
     QCOMPARE(SessionExport::pdfHtml(session, report, QString()),
-             QStringLiteral("<h3>Сессия Проба <1> (2024/03/05 14:20)</h3>") + report);
+             QStringLiteral("<h3>Сессия Проба &lt;1&gt; (2024/03/05 14:20)</h3>") + report);
     QCOMPARE(SessionExport::pdfHtml(session, report, QStringLiteral("Иванов И.")),
-             QStringLiteral("<h3>Иванов И.</h3><h3>Сессия Проба <1> (2024/03/05 14:20)</h3>")
+             QStringLiteral("<h3>Иванов И.</h3><h3>Сессия Проба &lt;1&gt; (2024/03/05 14:20)</h3>")
                  + report);
 }
 

@@ -14,6 +14,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTabWidget>
@@ -34,6 +35,16 @@ QStringList trialStages()
                        "[s=1,t=1500,d=1000][s=2,t=1500,d=1000][s=3,t=1500,d=1000]"
                        "[s=4,t=1500,d=1000][s=0,t=1500,d=1000][s=1,t=1500,d=1000]");
     return {stage, stage, stage};
+}
+
+// Stop asks first; the question is answered with its first button, abort.
+void clickStopAndAbort(PlayScriptStopSessionButton *stack)
+{
+    QTimer::singleShot(0, stack, [] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            box->defaultButton()->click();
+    });
+    QTest::mouseClick(stack->stopButton(), Qt::LeftButton);
 }
 
 // The state of the play/stop stack in one header, as the operator sees it.
@@ -204,7 +215,7 @@ void SessionViewTest::playUploadsAndTheStopButtonAborts()
                                  && !model->session()->stages().constFirst()->steps().isEmpty(),
                              WinMs);
     QVERIFY(w.view()->reportLabel()->text().contains(QStringLiteral("/6</td>")));
-    QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
+    clickStopAndAbort(w.sessionPage->playButton());
     QVERIFY(!model->sessionRunning());
     QVERIFY(model->session()->finished());
     QVERIFY(bothShow(w, Shown::Play));
@@ -268,7 +279,7 @@ void SessionViewTest::lostLinkKeepsTheStopButton()
     QVERIFY(w.sessionPage->playButton()->stopButton()->isEnabled());
     QVERIFY(!w.view()->recordCheckBox()->isHidden());
 
-    QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
+    clickStopAndAbort(w.sessionPage->playButton());
     QVERIFY(!model->sessionRunning());
     QVERIFY(bothShow(w, Shown::PlayDisabled));
     QVERIFY(!w.view()->exportButton()->isHidden());
@@ -317,7 +328,7 @@ void SessionViewTest::recordBoxAndExportFollowTheSession()
     QTest::mouseClick(record, Qt::LeftButton);
     QVERIFY(record->isChecked());
     QVERIFY(model->session()->doNotRecord());
-    QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
+    clickStopAndAbort(w.sessionPage->playButton());
     QTRY_VERIFY(box.commands().contains(QStringLiteral("stop")));
     QVERIFY(m_data.allSessionFiles().isEmpty());
     QVERIFY(view->reportLabel()->text().contains(Finished));

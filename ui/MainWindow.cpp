@@ -6,16 +6,22 @@
 #include "device/widgets/PageDevice.h"
 #include "device/widgets/TarveloStatusBar.h"
 #include "foundation/AppHelper.h"
+#include "foundation/WriteFailures.h"
+#include "foundation/widgets/AppDialogs.h"
 #include "foundation/widgets/MediaHelper.h"
 #include "session/widgets/PageSession.h"
+#include "session/widgets/TarveloSessionWidget.h"
 #include "ui/PageDatabase.h"
 #include "ui/PageScript.h"
 #include "ui/PageSettings.h"
 
+#include <QCloseEvent>
+#include <QDir>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
 MainWindow::StatusClick MainWindow::statusClickAction(Qt::KeyboardModifiers modifiers)
@@ -69,6 +75,25 @@ MainWindow::MainWindow(QWidget *parent)
     grid->setRowStretch(0, 100);
     setCentralWidget(central);
     connect(m_statusBar, &TarveloStatusBar::tarveloClicked, this, &MainWindow::onStatusBarClicked);
+    // Every session view, the live one and that of stored sessions, names its exports there.
+    const QList<TarveloSessionWidget *> sessionViews = findChildren<TarveloSessionWidget *>();
+    for (TarveloSessionWidget *view : sessionViews)
+        connect(view, &TarveloSessionWidget::exported, m_statusBar,
+                &TarveloStatusBar::showExported);
+    // Queued: a message box must not open inside the write that failed, such as a session's
+    // in the middle of the box's reports.
+    connect(WriteFailures::instance(), &WriteFailures::failed, this, &MainWindow::showWriteFailure,
+            Qt::QueuedConnection);
+    const QString folderProblem = m_model->dataFolderProblem();
+    if (!folderProblem.isEmpty()) {
+        QTimer::singleShot(0, this, [this, folderProblem] {
+            AppHelper::warningMessage(
+                tr("Папка данных \"%1\" недоступна: %2. Сценарии, сессии и настройки не "
+                   "сохраняются, пока она недоступна.")
+                    .arg(QDir::toNativeSeparators(m_model->rootFolder()), folderProblem),
+                QString(), QMessageBox::Warning);
+        });
+    }
 
     if (m_model->settings()->getStartMaximized())
         setWindowState(Qt::WindowMaximized);
@@ -92,6 +117,42 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     placeVersionHolder();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!sessionLetsClose()) {
+        event->ignore();
+        return;
+    }
+    QMainWindow::closeEvent(event);
+}
+
+bool MainWindow::sessionLetsClose()
+{
+    if (!m_model->sessionRunning())
+        return true;
+    if (!AppHelper::confirmDialog(tr("Идёт сессия"),
+                                  tr("Сессия ещё идёт. Прервать её и закрыть программу? "
+                                     "Записанные этапы сохраняются."),
+                                  QMessageBox::Question,
+                                  {tr("Прервать и закрыть"), tr("Продолжить сессию")}))
+        return false;
+    // The box may have ended the run while the question was open; then it is saved already.
+    if (m_model->sessionRunning())
+        m_model->abortSession();
+    return true;
+}
+
+void MainWindow::showWriteFailure(const QString &path, const QString &reason)
+{
+    if (m_failuresShown.contains(path))
+        return;
+    m_failuresShown << path;
+    AppHelper::warningMessage(
+        tr("Не удалось записать файл \"%1\": %2").arg(QDir::toNativeSeparators(path), reason),
+        QString(), QMessageBox::Warning);
+    m_failuresShown.removeOne(path);
 }
 
 void MainWindow::placeVersionHolder()

@@ -7,7 +7,9 @@ class TarveloModel;
 class TarveloStatusBar;
 
 // The one top-level window: it creates and owns the model, shows the five pages in fixed tab
-// order, the connection status under them, and the version overlay in the top right corner.
+// order, the connection status under them, and the version overlay in the top right corner. It
+// says when the data folder can't be used and when a file couldn't be written, and it doesn't
+// close over a running session without asking.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -36,13 +38,19 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     void onStatusBarClicked();
     void placeVersionHolder();
+    // True when the window may close: no session runs, or the operator chose to abort it.
+    bool sessionLetsClose();
+    void showWriteFailure(const QString &path, const QString &reason);
 
     TarveloModel *m_model;
     QTabWidget *m_tabs = nullptr;
     TarveloStatusBar *m_statusBar = nullptr;
     QWidget *m_versionHolder = nullptr;
+    // Files whose failure is on screen: the same file failing again meanwhile adds no box.
+    QStringList m_failuresShown;
 };
