@@ -7,7 +7,9 @@
 #include <QSaveFile>
 #include <QTemporaryFile>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 
 QString FileUtilities::FolderSlash(const QString &path)
 {
@@ -118,15 +120,19 @@ QStringList FileUtilities::GetSubfolders(const QString &path, bool fullPaths, bo
 bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data, QString *error)
 {
     QSaveFile file(path);
+    errno = 0;
     // commit() overlooks a failure of its own final flush (a full disk, a size limit) and would
     // put the cut-off file in place, so the data is flushed and checked first.
     const bool written = !path.isEmpty() && file.open(QIODevice::WriteOnly)
         && file.write(data) == data.size() && file.flush();
     if (written && file.commit())
         return true;
-    // An uncommitted file takes its temporary file with it.
+    // An uncommitted file takes its temporary file with it. A write cut short by a size limit
+    // or a full disk leaves Qt without a reason; the system's is still at hand then.
     if (error)
-        *error = path.isEmpty() ? QStringLiteral("No file name") : file.errorString();
+        *error = path.isEmpty() ? QStringLiteral("No file name")
+            : errno != 0        ? QString::fromLocal8Bit(std::strerror(errno))
+                                : file.errorString();
     return false;
 }
 
