@@ -11,6 +11,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace {
@@ -134,19 +135,38 @@ void TarveloModel::selectScript(const QString &titleArg)
     emit scriptChanged();
 }
 
-void TarveloModel::commitScript(bool save)
+bool TarveloModel::commitScript(bool save)
 {
     if (!m_currentScript)
-        return;
+        return false;
     if (save) {
-        const QString title = m_currentScript->title();
-        // A rename is a delete and a write; a failed delete leaves the old file beside the new.
-        if (title != m_currentScriptTitle && QFile::remove(scriptPath(m_currentScriptTitle)))
-            m_currentScriptTitle.clear();
-        m_currentScript->save(scriptPath(title));
+        const QString title = m_currentScript->title().trimmed();
+        if (!titleProblem(title, m_currentScriptTitle).isEmpty())
+            return false;
+        m_currentScript->setTitle(title);
+        // A rename writes the new file first and only then removes the old one, so a failed
+        // write loses nothing. On a file system that ignores case, a rename in case only
+        // names the same file twice, which must not be removed.
+        const QString oldPath = scriptPath(m_currentScriptTitle);
+        const QString newPath = scriptPath(title);
+        if (!m_currentScript->save(newPath))
+            return false;
+        if (QFileInfo(oldPath) != QFileInfo(newPath))
+            QFile::remove(oldPath);
         m_currentScriptTitle = title;
     }
     reloadScripts();
+    return true;
+}
+
+bool TarveloModel::addScript(const TarveloScript &script)
+{
+    const QString title = script.title().trimmed();
+    if (!titleProblem(title, QString()).isEmpty() || !script.save(scriptPath(title)))
+        return false;
+    m_currentScriptTitle = title;
+    reloadScripts();
+    return true;
 }
 
 void TarveloModel::removeCurrentScript(bool refresh)
@@ -169,6 +189,27 @@ bool TarveloModel::isTitleFree(const QString &title, const QString &own) const
             return false;
     }
     return true;
+}
+
+QString TarveloModel::titleProblem(const QString &title, const QString &own) const
+{
+    const QString wanted = title.trimmed();
+    if (wanted.isEmpty())
+        return emptyTitleText();
+    const QString problem = FileUtilities::fileNameProblem(wanted);
+    if (!problem.isEmpty())
+        return problem;
+    return isTitleFree(wanted, own) ? QString() : usedTitleText();
+}
+
+QString TarveloModel::emptyTitleText()
+{
+    return tr("Имя сценария не может быть пустым");
+}
+
+QString TarveloModel::usedTitleText()
+{
+    return tr("Такое имя сценария уже используется");
 }
 
 // The last selected title survives restarts through the application settings.

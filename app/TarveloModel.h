@@ -52,11 +52,21 @@ public:
     void setCurrentScriptTitle(const QString &title) { m_currentScriptTitle = title; }
     void reloadScripts();
     void selectScript(const QString &title);
-    // Save writes the current script under its (possibly new) title; both ways the list and
-    // the script are read again, which is all that cancelling takes.
-    void commitScript(bool save);
+    // Save writes the current script under its (possibly new, trimmed) title; both ways the
+    // list and the script are read again, which is all that cancelling takes. A save that
+    // fails (a refused title, a file that can't be written) changes nothing on disk, keeps
+    // the edited object and gives false.
+    bool commitScript(bool save);
+    // Files a newly made script under its title and selects it; false, with nothing written,
+    // when the title is refused or the file can't be written.
+    bool addScript(const TarveloScript &script);
     void removeCurrentScript(bool refresh);
     bool isTitleFree(const QString &title, const QString &own) const;
+    // Why a script can't be saved under this title (taken trimmed), in the words the pages
+    // show; empty when it can. own is the title the script is stored under now.
+    QString titleProblem(const QString &title, const QString &own) const;
+    static QString emptyTitleText();
+    static QString usedTitleText();
 
     void reloadUsers();
     void selectUser(const QString &guid);

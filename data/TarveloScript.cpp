@@ -6,6 +6,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 TarveloScript::TarveloScript(QObject *parent)
     : QObject(parent)
 {
@@ -77,6 +79,12 @@ TarveloScript *TarveloScript::fromText(const QString &text, TarveloScript *scrip
     for (int i = 1; i < lines.size(); ++i)
         script->m_stages << ScriptStage::fromText(lines.at(i));
     return script;
+}
+
+bool TarveloScript::hasSteps() const
+{
+    return std::any_of(m_stages.cbegin(), m_stages.cend(),
+                       [](const ScriptStage *stage) { return !stage->steps.isEmpty(); });
 }
 
 void TarveloScript::addStage(ScriptStage *stage)

@@ -27,6 +27,8 @@ public:
     QString headerText() const;
 
     QList<ScriptStage *> stages() const { return m_stages; }
+    // Whether any stage has a step: a script without one gives the box nothing to play.
+    bool hasSteps() const;
     void addStage(ScriptStage *stage);
     // Takes the stage out of the list without destroying it; the caller owns it then.
     void removeStage(int index);

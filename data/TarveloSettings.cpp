@@ -1,5 +1,8 @@
 #include "TarveloSettings.h"
 
+#include "KeyValueText.h"
+#include "TarveloScript.h"
+
 namespace {
 
 // Sources for the translation files. The Settings page labels each property with its name
@@ -46,6 +49,10 @@ namespace {
     QT_TRANSLATE_NOOP("Generic", " Hz"),
     //: " с" / " s"
     QT_TRANSLATE_NOOP("Generic", " s"),
+    //: с / s
+    QT_TRANSLATE_NOOP("Generic", "s"),
+    //: COM / COM
+    QT_TRANSLATE_NOOP("Generic", "COM"),
     //: Открыть файл / Open file
     QT_TRANSLATE_NOOP("ExportBehaviorOption", "OnExport_OpenFile"),
     //: Открыть папку / Open folder
@@ -66,4 +73,22 @@ TarveloSettings::TarveloSettings(QObject *parent)
 QString TarveloSettings::fileName()
 {
     return QStringLiteral("Settings.xml");
+}
+
+void TarveloSettings::applyScriptDefaults(TarveloScript &script) const
+{
+    script.setToneLo(quint16(getDefaultToneLo()));
+    script.setToneHi(quint16(getDefaultToneHi()));
+    script.setFullDuration(getDefaultFullTimeDuration());
+}
+
+void TarveloSettings::applyStageDefaults(ScriptStage &stage) const
+{
+    stage.stop = validThreshold(getstop());
+    stage.sm2 = validThreshold(getsm2());
+    stage.sm1 = validThreshold(getsm1());
+    stage.s0 = validThreshold(gets0());
+    stage.sp1 = validThreshold(getsp1());
+    stage.sp2 = validThreshold(getsp2());
+    stage.maxRepeats = getmaxRepeats();
 }

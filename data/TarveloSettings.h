@@ -2,6 +2,9 @@
 
 #include "foundation/NTSettings.h"
 
+struct ScriptStage;
+class TarveloScript;
+
 // The program's one settings object, stored in Settings.xml in the data folder (the model makes
 // that the working folder, so the bare file name lands there). Defaults, limits, the order of
 // the file and the Settings page all follow from the declaration below. The six transfer
@@ -155,6 +158,11 @@ public:
     explicit TarveloSettings(QObject *parent = nullptr);
 
     static QString fileName();
+
+    // New scripts take their tones and step timing from the defaults here, new stages their
+    // thresholds (only "0" to "10"; anything else leaves the transfer off) and repeats.
+    void applyScriptDefaults(TarveloScript &script) const;
+    void applyStageDefaults(ScriptStage &stage) const;
 
 signals:
     void changedLastScriptTitle(const QString &value);

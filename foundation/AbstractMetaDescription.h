@@ -29,6 +29,12 @@ public:
     int typeId() const { return m_typeId; }
     QString displayName() const { return m_displayName; }
     QString defaultValue() const { return m_defaultValue; }
+    // For a default known only at run time, such as the languages that exist.
+    void setDefaultValue(const QString &value)
+    {
+        m_defaultValue = value;
+        m_hasDefault = true;
+    }
     double minimum() const { return m_minimum; }
     double maximum() const { return m_maximum; }
     double step() const { return m_step; }

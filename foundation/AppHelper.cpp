@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDirIterator>
+#include <QSysInfo>
 
 namespace AppHelper {
 
@@ -19,6 +20,11 @@ QString appVersion(bool threeParts)
     if (version.count(QLatin1Char('.')) == 2)
         version.truncate(version.lastIndexOf(QLatin1Char('.')));
     return version;
+}
+
+QString OS()
+{
+    return QSysInfo::productType();
 }
 
 bool showInFolder(const QString &path)

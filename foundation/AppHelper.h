@@ -9,6 +9,9 @@ namespace AppHelper {
 // The application version cut to three parts (a.b.c), or to two (a.b) when threeParts is false.
 QString appVersion(bool threeParts);
 
+// The platform as the version service hears of it: "windows", "debian", "osx" and the like.
+QString OS();
+
 // Shows the file selected in the system's file manager (or opens the folder itself); false when
 // no program took it.
 bool showInFolder(const QString &path);

@@ -1,5 +1,6 @@
 #include "FileUtilities.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -147,4 +148,45 @@ void FileUtilities::ignoreFileSizeSignal()
 #ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
+}
+
+namespace {
+QString nameText(const char *source)
+{
+    return QCoreApplication::translate("FileUtilities", source);
+}
+
+// Windows opens a device instead of a file for these, whatever follows the first point.
+bool isReservedDeviceName(const QString &name)
+{
+    static const QRegularExpression reserved(
+        QStringLiteral("^(CON|PRN|AUX|NUL|COM[1-9]|LPT[1-9])$"),
+        QRegularExpression::CaseInsensitiveOption);
+    return reserved.match(name.section(QLatin1Char('.'), 0, 0).trimmed()).hasMatch();
+}
+} // namespace
+
+QString FileUtilities::fileNameProblem(const QString &name)
+{
+    if (name.isEmpty())
+        return nameText("Имя не может быть пустым");
+    for (const QChar c : name) {
+        if (QLatin1String(RefusedNameCharacters).contains(c))
+            return nameText("Имя не может содержать символ «%1»").arg(c);
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator
+            || c == QChar::ParagraphSeparator)
+            return nameText("Имя не может содержать переводы строк и управляющие символы");
+    }
+    if (name.contains(QLatin1String("..")))
+        return nameText("Имя не может содержать две точки подряд");
+    if (name.startsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char('.')))
+        return nameText("Имя не может начинаться или заканчиваться точкой");
+    if (name.front().isSpace() || name.back().isSpace())
+        return nameText("Имя не может начинаться или заканчиваться пробелом");
+    if (isReservedDeviceName(name))
+        return nameText("Имя %1 зарезервировано системой")
+            .arg(name.section(QLatin1Char('.'), 0, 0));
+    if (name.toUtf8().size() > MaxNameBytes)
+        return nameText("Имя длиннее %1 байт").arg(MaxNameBytes);
+    return QString();
 }

@@ -33,4 +33,14 @@ public:
     // turns into a write error that the writer sees and reports. A no-op where no such
     // signal exists.
     static void ignoreFileSizeSignal();
+
+    // Why a name can't be the base name of a file here, in words for the operator; empty when
+    // it can. The same name must work on Windows and on Linux, and in the program's own
+    // key=value files, so refused are: the characters of RefusedNameCharacters, control
+    // characters and line breaks, "..", a point at the start (a hidden file) or at the end,
+    // blanks at either end, the device names Windows reserves, and more than MaxNameBytes
+    // bytes of UTF-8.
+    static QString fileNameProblem(const QString &name);
+    static constexpr char RefusedNameCharacters[] = ";=/\\<>:\"|?*";
+    static constexpr int MaxNameBytes = 200;
 };

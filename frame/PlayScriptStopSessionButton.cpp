@@ -1,6 +1,7 @@
 #include "PlayScriptStopSessionButton.h"
 
 #include "app/TarveloModel.h"
+#include "data/TarveloScript.h"
 #include "device/TarveloDevice.h"
 #include "foundation/widgets/AppDialogs.h"
 #include "foundation/widgets/MediaHelper.h"
@@ -20,8 +21,8 @@ PlayScriptStopSessionButton::PlayScriptStopSessionButton(TarveloModel *model, QW
         MediaHelper::icon(QStringLiteral(":/resources/Images/stop-circle.svg"));
     m_stop = makeIconButton(stopIcon, QString(), tr("Прервать сессию"), QStringLiteral("negative"),
                             QSize(24, 24));
-    m_play = makeIconButton(playIcon, QString(), tr("Воспроизвести сценарий"),
-                            QStringLiteral("positive"), QSize(24, 24));
+    m_play =
+        makeIconButton(playIcon, QString(), QString(), QStringLiteral("positive"), QSize(24, 24));
     addWidget(m_stop);
     addWidget(m_play);
 
@@ -46,13 +47,37 @@ void PlayScriptStopSessionButton::updateState()
         return;
     }
     setCurrentWidget(m_play);
-    m_play->setEnabled(m_model->currentScript() && m_model->device()->isConnected());
+    const QString problem = playProblem();
+    m_play->setEnabled(problem.isEmpty());
+    m_play->setToolTip(problem.isEmpty() ? tr("Воспроизвести сценарий") : problem);
+}
+
+void PlayScriptStopSessionButton::setLock(const QString &reason)
+{
+    m_lock = reason;
+    if (m_model)
+        updateState();
+}
+
+QString PlayScriptStopSessionButton::playProblem() const
+{
+    if (!m_lock.isEmpty())
+        return m_lock;
+    const TarveloScript *script = m_model->currentScript();
+    if (!script)
+        return tr("Сценарий не выбран");
+    // An empty or unreadable file loads as a script without stages.
+    if (!script->hasSteps())
+        return tr("В сценарии нет ни одного шага");
+    if (!m_model->device()->isConnected())
+        return tr("Устройство не подключено");
+    return QString();
 }
 
 void PlayScriptStopSessionButton::play()
 {
-    if (TarveloScript *script = m_model->currentScript())
-        m_model->device()->uploadScript(script, -1, true);
+    if (playProblem().isEmpty())
+        m_model->device()->uploadScript(m_model->currentScript(), -1, true);
 }
 
 void PlayScriptStopSessionButton::stop()

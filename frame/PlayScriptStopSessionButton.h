@@ -19,13 +19,19 @@ public:
     QPushButton *playButton() const { return m_play; }
     QPushButton *stopButton() const { return m_stop; }
 
+    // A page's own reason to hold play back (empty lets it go); the stop button stays usable.
+    void setLock(const QString &reason);
+
 private:
     void updateState();
     void play();
     void stop();
+    // Why play can't start now, as its tool tip says; empty when it can.
+    QString playProblem() const;
 
     TarveloModel *m_model;
     ConnectionHelper m_connections;
     QPushButton *m_stop = nullptr;
     QPushButton *m_play = nullptr;
+    QString m_lock;
 };

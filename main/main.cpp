@@ -15,7 +15,9 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     // Under a file size limit a write then fails and is reported, instead of ending the program.
     FileUtilities::ignoreFileSizeSignal();
-    // Windows reads the version from the executable's resources; elsewhere the build gives it.
+    // Windows reads name and version from the executable's resources; elsewhere the build gives
+    // them. The version service is told both.
+    QCoreApplication::setApplicationName(QStringLiteral("Tarvelo"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TARVELO_VERSION));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/resources/tarvelo.png")));
 

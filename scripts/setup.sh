@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 packages=(
     cmake g++ make pkg-config
     qtbase5-dev qtbase5-dev-tools libqt5svg5-dev libqt5serialport5-dev
-    qttools5-dev qttools5-dev-tools
+    qttools5-dev qttools5-dev-tools qttranslations5-l10n
     libquazip1-qt5-dev libxlsxwriter-dev fonts-roboto-unhinted
     clang libclang-rt-14-dev
     python3 python3-openpyxl poppler-utils xvfb xauth

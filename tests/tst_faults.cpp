@@ -129,7 +129,7 @@ void FaultsTest::initTestCase()
             for (QAbstractButton *button : box->buttons()) {
                 const QMessageBox::ButtonRole role = box->buttonRole(button);
                 if (role == QMessageBox::AcceptRole
-                    || role == (yes ? QMessageBox::YesRole : QMessageBox::NoRole)) {
+                    || role == (yes ? QMessageBox::YesRole : QMessageBox::RejectRole)) {
                     button->click();
                     break;
                 }

@@ -1,5 +1,6 @@
 #include "SessionFixtures.h"
 #include "XlsxReadBack.h"
+#include "foundation/LanguageContext.h"
 #include "foundation/XLSXHelper.h"
 #include "session/SessionExport.h"
 #include "session/SessionReport.h"
@@ -70,6 +71,10 @@ class XLSXHelperTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void initTestCase()
+    {
+        QCOMPARE(LanguageContext::setLanguage("ru_RU"), QStringLiteral("ru_RU"));
+    }
     void sessionCsvMatchesTheGoldenBytes();
     void csvWritesEverySheetAndCellAsItIs();
     void csvToAnUnwritableTargetFails();

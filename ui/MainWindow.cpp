@@ -6,9 +6,11 @@
 #include "device/widgets/PageDevice.h"
 #include "device/widgets/TarveloStatusBar.h"
 #include "foundation/AppHelper.h"
+#include "foundation/NewVersionChecker.h"
 #include "foundation/WriteFailures.h"
 #include "foundation/widgets/AppDialogs.h"
 #include "foundation/widgets/MediaHelper.h"
+#include "foundation/widgets/NewVersionButton.h"
 #include "session/widgets/PageSession.h"
 #include "session/widgets/TarveloSessionWidget.h"
 #include "ui/PageDatabase.h"
@@ -19,7 +21,6 @@
 #include <QDir>
 #include <QGridLayout>
 #include <QGuiApplication>
-#include <QPushButton>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -48,7 +49,8 @@ MainWindow::MainWindow(QWidget *parent)
     const auto icon = [](const char *name) {
         return MediaHelper::icon(QStringLiteral(":/resources/Images/") + QLatin1String(name));
     };
-    m_tabs->addTab(new PageScript(m_model), icon("script.svg"), tr("Сценарии"));
+    m_scriptPage = new PageScript(m_model);
+    m_tabs->addTab(m_scriptPage, icon("script.svg"), tr("Сценарии"));
     m_tabs->addTab(new PageSession(m_model), icon("experiment.svg"), tr("Сессия"));
     m_tabs->addTab(new PageDatabase(m_model), icon("group.svg"), tr("Респонденты"));
     m_tabs->addTab(new PageDevice(device), icon("device.svg"), tr("Устройство"));
@@ -57,6 +59,12 @@ MainWindow::MainWindow(QWidget *parent)
     // The box streams its lamp and button states only while its page is showing.
     connect(m_tabs, &QTabWidget::currentChanged, device,
             [device](int index) { device->setStatusReports(index == DevicePage); });
+    // An edit ends where the operator leaves the script page; unsaved changes are asked about,
+    // and staying brings the page back.
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
+        if (index != ScriptPage && !m_scriptPage->leaveEditing())
+            m_tabs->setCurrentIndex(ScriptPage);
+    });
     connect(m_model, &TarveloModel::sessionStarted, m_tabs,
             [this] { m_tabs->setCurrentIndex(SessionPage); });
 
@@ -104,12 +112,13 @@ MainWindow::MainWindow(QWidget *parent)
     m_versionHolder->setContentsMargins(0, 8, 8, 0);
     auto *holderLayout = new QVBoxLayout(m_versionHolder);
     holderLayout->setContentsMargins(0, 0, 0, 0);
-    auto *versionButton = new QPushButton(tr("New version") + QLatin1Char(' '));
-    versionButton->setFlat(true);
+    auto *versionButton = new NewVersionButton(tr("New version") + QLatin1Char(' '), QString());
     holderLayout->addWidget(versionButton, 100, Qt::AlignRight);
-    // Shown, button and all, once a newer version is known. Until then it stays out of the
-    // way: even empty it would take the clicks on the end of the last tab at small widths.
+    // Shown, button and all, only while a newer version is on offer: even empty it would take
+    // the clicks on the end of the last tab at small widths.
     m_versionHolder->hide();
+    connect(versionButton->checker(), &NewVersionChecker::onSetVisible, m_versionHolder,
+            &QWidget::setVisible);
     placeVersionHolder();
 }
 
@@ -121,11 +130,10 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (!sessionLetsClose()) {
+    if (sessionLetsClose() && m_scriptPage->leaveEditing())
+        event->accept();
+    else
         event->ignore();
-        return;
-    }
-    QMainWindow::closeEvent(event);
 }
 
 bool MainWindow::sessionLetsClose()

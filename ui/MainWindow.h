@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 
+class PageScript;
 class QTabWidget;
 class TarveloModel;
 class TarveloStatusBar;
@@ -38,6 +39,8 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    // Unsaved script edits are asked about first, and a running
+    // session asks whether to abort it; the operator may stay.
     void closeEvent(QCloseEvent *event) override;
 
 private:
@@ -49,6 +52,7 @@ private:
 
     TarveloModel *m_model;
     QTabWidget *m_tabs = nullptr;
+    PageScript *m_scriptPage = nullptr;
     TarveloStatusBar *m_statusBar = nullptr;
     QWidget *m_versionHolder = nullptr;
     // Files whose failure is on screen: the same file failing again meanwhile adds no box.

@@ -8,17 +8,31 @@ namespace AppHelper {
 bool confirmDialog(const QString &title, const QString &text, QMessageBox::Icon icon,
                    const QStringList &buttons)
 {
+    return choiceDialog(
+               title, text, icon,
+               {buttons.size() > 0 ? buttons.at(0) : QCoreApplication::translate("Generic", "Yes"),
+                buttons.size() > 1 ? buttons.at(1) : QCoreApplication::translate("Generic", "No")})
+        == 0;
+}
+
+int choiceDialog(const QString &title, const QString &text, QMessageBox::Icon icon,
+                 const QStringList &buttons)
+{
     QMessageBox box(icon, title, text);
     box.setTextFormat(Qt::PlainText);
-    QPushButton *yes = box.addButton(
-        buttons.size() > 0 ? buttons.at(0) : QCoreApplication::translate("Generic", "Yes"),
-        QMessageBox::YesRole);
-    box.addButton(buttons.size() > 1 ? buttons.at(1) : QCoreApplication::translate("Generic", "No"),
-                  QMessageBox::NoRole);
-    box.setDefaultButton(yes);
+    QList<QAbstractButton *> added;
+    for (int i = 0; i < buttons.size(); ++i) {
+        const bool last = i == buttons.size() - 1;
+        added << box.addButton(buttons.at(i),
+                               i == 0     ? QMessageBox::YesRole
+                                   : last ? QMessageBox::RejectRole
+                                          : QMessageBox::NoRole);
+    }
+    if (!added.isEmpty())
+        box.setDefaultButton(qobject_cast<QPushButton *>(added.constFirst()));
     box.setWindowFlags(box.windowFlags() | Qt::WindowStaysOnTopHint);
     box.exec();
-    return box.clickedButton() == yes;
+    return added.indexOf(box.clickedButton());
 }
 
 void warningMessage(const QString &text, const QString &title, QMessageBox::Icon icon)

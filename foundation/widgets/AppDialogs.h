@@ -14,6 +14,11 @@ namespace AppHelper {
 bool confirmDialog(const QString &title, const QString &text, QMessageBox::Icon icon,
                    const QStringList &buttons = QStringList());
 
+// Asks with one button per choice, the last one the escape; gives the index of the button
+// chosen, or -1 when the box was closed without one.
+int choiceDialog(const QString &title, const QString &text, QMessageBox::Icon icon,
+                 const QStringList &buttons);
+
 // Note the order: the text comes first, then the title.
 void warningMessage(const QString &text, const QString &title, QMessageBox::Icon icon);
 

@@ -1,21 +1,30 @@
 // tarvelo-screenshot: renders the main window to PNG files for review. It runs against whatever
-// box and data folder the environment gives (scripts/screenshots.sh sets up the emulator and a
-// demo folder): the first picture shows the window once the box has answered and a script is
-// selected, the second the live report after some stages of that script have been played.
+// box, data folder and system language the environment gives (scripts/screenshots.sh sets up
+// the emulator and a demo folder, and runs it once per language): the first pictures show the
+// window once the box has answered and a script is selected, with the Script page also editing
+// that script and its creator open, the next the live report after some stages of that script
+// have been played, and the last the export's file dialog.
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "device/TarveloDevice.h"
 #include "foundation/LanguageContext.h"
 #include "frame/HeaderedWidget.h"
 #include "frame/PlayScriptStopSessionButton.h"
+#include "session/widgets/PageSession.h"
+#include "session/widgets/TarveloSessionWidget.h"
 #include "ui/AppStyle.h"
 #include "ui/MainWindow.h"
+#include "ui/PageScript.h"
+#include "ui/ScriptCreatorWidget.h"
+#include "ui/TarveloScriptEditor.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QEventLoop>
+#include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextStream>
@@ -49,8 +58,18 @@ bool waitFor(const std::function<bool()> &done, int timeoutMs)
     return loop.exec() == 0;
 }
 
+// The pages pictured before the session, by tab; the session page has the running picture.
+const std::pair<MainWindow::Page, const char *> PagePictures[] = {
+    {MainWindow::ScriptPage, "script.png"},
+    {MainWindow::DatabasePage, "subjects.png"},
+    {MainWindow::DevicePage, "device.png"},
+    {MainWindow::SettingsPage, "settings.png"},
+};
+
 bool save(QWidget &window, const QString &path)
 {
+    // Layouts settle in posted events: a widget just shown or hidden takes its place first.
+    QCoreApplication::processEvents();
     QDir().mkpath(QFileInfo(path).absolutePath());
     const bool saved = window.grab().save(path, "PNG");
     if (saved)
@@ -69,6 +88,34 @@ bool playedEnough(const TarveloModel &model, int stages)
         return true;
     const QList<SessionStage *> played = session->stages();
     return played.size() > stages && played.constLast()->steps().size() >= 2;
+}
+
+// Stops the session the way the operator does and opens the export's file dialog: the dialog
+// runs modally, so it is pictured and closed from within its own event loop.
+bool saveExportDialog(MainWindow &window, const QString &path, int timeoutMs)
+{
+    auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
+    header->playButton()->stopButton()->click();
+    auto *page = qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage));
+    QPushButton *exportButton = page->sessionWidget()->exportButton();
+    if (!waitFor([&] { return exportButton->isVisible(); }, timeoutMs))
+        return false;
+    bool saved = false;
+    QTimer::singleShot(0, &window, [&] {
+        QFileDialog *dialog = nullptr;
+        waitFor(
+            [&] {
+                dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+                return dialog != nullptr;
+            },
+            timeoutMs);
+        if (dialog) {
+            saved = save(*dialog, path);
+            dialog->reject();
+        }
+    });
+    exportButton->click();
+    return saved;
 }
 } // namespace
 
@@ -90,6 +137,15 @@ int main(int argc, char *argv[])
     const QCommandLineOption sessionOption(QStringLiteral("running"),
                                            QStringLiteral("Picture during the session."),
                                            QStringLiteral("FILE"));
+    const QCommandLineOption pagesOption(
+        QStringLiteral("pages"),
+        QStringLiteral("Pictures of the pages before the session (script.png, subjects.png, "
+                       "device.png, settings.png), and after it of the export's file dialog "
+                       "(export-dialog.png), into FOLDER."),
+        QStringLiteral("FOLDER"));
+    const QCommandLineOption newVersionOption(
+        QStringLiteral("new-version"),
+        QStringLiteral("Wait for the version service's offer before the first picture."));
     const QCommandLineOption stagesOption(
         QStringLiteral("stages"),
         QStringLiteral("Stages played before the second picture (default 2)."), QStringLiteral("N"),
@@ -101,7 +157,8 @@ int main(int argc, char *argv[])
         QStringLiteral("timeout"),
         QStringLiteral("Seconds to wait for each picture (default 120)."), QStringLiteral("S"),
         QStringLiteral("120"));
-    parser.addOptions({idleOption, sessionOption, stagesOption, sizeOption, timeoutOption});
+    parser.addOptions({idleOption, sessionOption, pagesOption, newVersionOption, stagesOption,
+                       sizeOption, timeoutOption});
     parser.process(app);
 
     bool stagesOk = false;
@@ -114,8 +171,9 @@ int main(int argc, char *argv[])
     if (!stagesOk || stages < 0 || !timeoutOk || timeoutMs <= 0 || windowSize.isEmpty())
         return fail(QStringLiteral("--stages, --timeout and --size need numbers, such as "
                                    "--stages 2 --timeout 60 --size 1280x800"));
-    if (!parser.isSet(idleOption) && !parser.isSet(sessionOption))
-        return fail(QStringLiteral("nothing to do: give --idle FILE, --running FILE or both"));
+    if (!parser.isSet(idleOption) && !parser.isSet(sessionOption) && !parser.isSet(pagesOption))
+        return fail(QStringLiteral("nothing to do: give --idle FILE, --running FILE, --pages "
+                                   "FOLDER or several"));
 
     // Made absolute now: the model makes the data folder the working folder.
     const QString idlePath = parser.isSet(idleOption)
@@ -123,6 +181,9 @@ int main(int argc, char *argv[])
         : QString();
     const QString runningPath = parser.isSet(sessionOption)
         ? QFileInfo(parser.value(sessionOption)).absoluteFilePath()
+        : QString();
+    const QString pagesFolder = parser.isSet(pagesOption)
+        ? QFileInfo(parser.value(pagesOption)).absoluteFilePath()
         : QString();
 
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
@@ -137,7 +198,8 @@ int main(int argc, char *argv[])
     const bool ready = waitFor(
         [&] {
             return device->isConnected() && !device->serialNumber().isEmpty()
-                && !device->version().isEmpty() && model->currentScript();
+                && !device->version().isEmpty() && model->currentScript()
+                && (!parser.isSet(newVersionOption) || window.versionHolder()->isVisible());
         },
         timeoutMs);
     if (!ready)
@@ -147,15 +209,50 @@ int main(int argc, char *argv[])
                         : QStringLiteral("no box answered: is TARVELO_EXTRA_PORTS set?"));
     if (!idlePath.isEmpty() && !save(window, idlePath))
         return fail(QStringLiteral("can't write %1").arg(idlePath));
+    auto *page = qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage));
+    if (!pagesFolder.isEmpty()) {
+        TarveloScriptEditor *editor = page->editor();
+        // The second stage, so that the pictures show a stage other than the default one.
+        if (editor->stageButtons().size() > 1)
+            editor->stageButtons().at(1)->click();
+        for (const auto &[tab, name] : PagePictures) {
+            window.tabs()->setCurrentIndex(tab);
+            const QString path = pagesFolder + QLatin1Char('/') + QLatin1String(name);
+            if (!save(window, path))
+                return fail(QStringLiteral("can't write %1").arg(path));
+        }
+        window.tabs()->setCurrentIndex(MainWindow::ScriptPage);
+
+        page->editButton()->click();
+        // A title the file name can't carry, to show the inline reason and the held-back Save.
+        editor->titleEdit()->setText(editor->titleEdit()->text() + QStringLiteral("/2"));
+        const QString editingPath = pagesFolder + QStringLiteral("/script-editing.png");
+        const bool editingSaved = save(window, editingPath);
+        page->cancelButton()->click();
+        if (!editingSaved)
+            return fail(QStringLiteral("can't write %1").arg(editingPath));
+
+        page->createButton()->click();
+        auto *creator = page->findChild<ScriptCreatorWidget *>();
+        creator->nameEdit()->setText(QStringLiteral("Новый сценарий"));
+        creator->resize(creator->sizeHint().expandedTo(QSize(760, 640)));
+        const QString creatorPath = pagesFolder + QStringLiteral("/script-creator.png");
+        const bool creatorSaved = save(*creator, creatorPath);
+        creator->close();
+        if (!creatorSaved)
+            return fail(QStringLiteral("can't write %1").arg(creatorPath));
+    }
     if (runningPath.isEmpty())
         return 0;
 
     // Played the way the operator does it: the play button in the header of the script page.
-    auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
-    header->playButton()->playButton()->click();
+    page->playButton()->playButton()->click();
     if (!waitFor([&] { return playedEnough(*model, stages); }, timeoutMs))
         return fail(QStringLiteral("the session didn't get %1 stages far").arg(stages));
     if (!save(window, runningPath))
         return fail(QStringLiteral("can't write %1").arg(runningPath));
+    const QString dialogPath = pagesFolder + QStringLiteral("/export-dialog.png");
+    if (!pagesFolder.isEmpty() && !saveExportDialog(window, dialogPath, timeoutMs))
+        return fail(QStringLiteral("no export dialog pictured in %1").arg(dialogPath));
     return 0;
 }
