@@ -7,7 +7,9 @@
 #include <QTemporaryFile>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <memory>
 #include <xlsxwriter.h>
 
@@ -137,10 +139,13 @@ bool XLSXHelper::dataToXLSX(const QList<Sheet> &sheets, const QString &filePath,
             first = worksheet;
     }
     worksheet_activate(first);
-    // The file itself is only written here. Closing frees the workbook whatever the result.
+    // The file itself is only written here. Closing frees the workbook whatever the result. The
+    // library's own word for a failed write is a zip error; the system's reason says more.
+    errno = 0;
     const lxw_error closed = workbook_close(workbook.release());
     if (closed != LXW_NO_ERROR)
-        return fail(QString::fromUtf8(lxw_strerror(closed)));
+        return fail(
+            QString::fromLocal8Bit(errno != 0 ? std::strerror(errno) : lxw_strerror(closed)));
     if (!made.open())
         return fail(made.errorString());
     return FileUtilities::writeAtomically(filePath, made.readAll(), error);

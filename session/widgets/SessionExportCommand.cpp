@@ -43,10 +43,11 @@ QString SessionExportCommand::run(const ChooseFile &chooseFile) const
         m_settings->setLastExportFolder(QFileInfo(filePath).absoluteDir().absolutePath());
         m_settings->setLastExportFilter(filter);
     }
-    if (!write(filter, filePath)) {
+    QString error;
+    if (!write(filter, filePath, &error)) {
         AppHelper::warningMessage(
             QCoreApplication::translate("TarveloSessionWidget", "Ошибка сохранения")
-                + QStringLiteral(" \"") + filePath + QLatin1Char('"'),
+                + QStringLiteral(" \"") + filePath + QStringLiteral("\": ") + error,
             QString(), QMessageBox::Warning);
         return QString();
     }
@@ -54,15 +55,16 @@ QString SessionExportCommand::run(const ChooseFile &chooseFile) const
     return filePath;
 }
 
-bool SessionExportCommand::write(const QString &filter, const QString &filePath) const
+bool SessionExportCommand::write(const QString &filter, const QString &filePath,
+                                 QString *error) const
 {
     const SessionExport::Format format = SessionExport::formatForFilter(filter);
     // The PDF prints the report as it was shown, not rebuilt.
     if (format == SessionExport::Format::Pdf)
         return SessionExport::writePdf(SessionExport::pdfHtml(m_session, m_reportHtml, m_subject),
-                                       filePath);
-    return SessionExport::writeTable(format, m_table, filePath,
-                                     SessionExport::sheetName(m_session));
+                                       filePath, error);
+    return SessionExport::writeTable(format, m_table, filePath, SessionExport::sheetName(m_session),
+                                     error);
 }
 
 void SessionExportCommand::openAfterExport(const QString &filePath) const

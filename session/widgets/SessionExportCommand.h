@@ -13,9 +13,9 @@ class TarveloSettings;
 
 // The export command of a session view, for what the view shows at the moment it is asked:
 // the save dialog in the remembered folder and format, offering a name that carries the
-// format's extension; the file, written whole or not at all; a message when it failed; and
-// what the settings ask for afterwards. The dialog's event loop may see the next session start,
-// which then isn't mixed in.
+// format's extension; the file, written whole or not at all; a message with the reason when it
+// failed; and what the settings ask for afterwards. The dialog's event loop may see the next
+// session start, which then isn't mixed in.
 class SessionExportCommand
 {
 public:
@@ -31,7 +31,7 @@ public:
     QString run(const ChooseFile &chooseFile) const;
 
 private:
-    bool write(const QString &filter, const QString &filePath) const;
+    bool write(const QString &filter, const QString &filePath, QString *error) const;
     void openAfterExport(const QString &filePath) const;
 
     const TarveloSession &m_session;
