@@ -13,10 +13,15 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QUuid>
 
 namespace {
 TarveloModel *s_instance = nullptr;
-}
+
+// Names the GUIDs given to subjects whose file holds none, so that a folder always gets the
+// same one.
+const QUuid SubjectGuidNamespace(QStringLiteral("{6d1f3c52-8b0e-4a57-9f2d-71c4e0a9b3f8}"));
+} // namespace
 
 TarveloModel::TarveloModel(QObject *parent)
     : QObject(parent)
@@ -45,7 +50,11 @@ TarveloModel::TarveloModel(QObject *parent)
             &TarveloModel::followSearchInterval);
     followSearchInterval();
 
-    m_recorder = new SessionRecorder(m_recordsFolder, this);
+    m_recorder = new SessionRecorder(
+        [this](const TarveloUser *subject) {
+            return subject ? userFolder(subject) : m_recordsFolder;
+        },
+        this);
     connect(m_recorder, &SessionRecorder::sessionUpdated, this, &TarveloModel::sessionUpdated);
     connect(m_recorder, &SessionRecorder::sessionStarted, this, &TarveloModel::sessionStarted);
     connect(m_recorder, &SessionRecorder::sessionFinished, this, &TarveloModel::sessionFinished);
@@ -237,25 +246,86 @@ void TarveloModel::reloadUsers()
         auto *user = new TarveloUser;
         user->setFilepath(file);
         user->reload();
+        if (user->getGUID().trimmed().isEmpty()) {
+            // Made from the folder's name, so it is the same at every start, and kept in memory:
+            // the file, maybe a broken one, stays as it is for a person to look at. The next
+            // edit of the subject stores it.
+            user->setAutoSave(false);
+            user->setGUID(QUuid::createUuidV5(SubjectGuidNamespace, QDir(folder).dirName())
+                              .toString(QUuid::WithoutBraces));
+            user->setAutoSave(true);
+        }
         m_users << user;
     }
     emit usersUpdated();
 }
 
+TarveloUser *TarveloModel::findUser(const QString &guid) const
+{
+    // An empty argument means no subject.
+    for (TarveloUser *user : m_users) {
+        if (!guid.isEmpty() && user->getGUID() == guid)
+            return user;
+    }
+    return nullptr;
+}
+
 void TarveloModel::selectUser(const QString &guid)
 {
-    m_currentUser = nullptr;
-    // A subject whose User.xml couldn't be read has an empty GUID; an empty argument means no
-    // subject and must not pick such a one.
-    for (TarveloUser *user : qAsConst(m_users)) {
-        if (!guid.isEmpty() && user->getGUID() == guid) {
-            m_currentUser = user;
-            break;
-        }
-    }
+    m_currentUser = findUser(guid);
     // An unknown GUID, an empty one too, clears the remembered subject.
     m_settings->setLastUserGuid(m_currentUser ? m_currentUser->getGUID() : QString());
     emit userSelected();
+}
+
+QString TarveloModel::userFolder(const TarveloUser *user) const
+{
+    const QString path = user->getFilepath();
+    if (!path.isEmpty()) {
+        const QFileInfo folder(QFileInfo(path).absolutePath());
+        if (folder.absolutePath() == QDir(m_recordsFolder).absolutePath())
+            return FileUtilities::FolderSlash(folder.absoluteFilePath());
+    }
+    return m_recordsFolder + user->folderName() + QLatin1Char('/');
+}
+
+void TarveloModel::addUser(TarveloUser *user)
+{
+    user->saveIn(m_recordsFolder);
+    reloadUsers();
+    selectUser(user->getGUID());
+}
+
+bool TarveloModel::updateUser(const QString &guid, TarveloUser *edited)
+{
+    const TarveloUser *stored = findUser(guid);
+    QString folder = userFolder(stored ? stored : edited);
+    bool moved = true;
+    // Only a changed name moves the folder; a folder named by hand stays as long as the name does.
+    if (stored && stored->folderName() != edited->folderName()) {
+        const QString target = m_recordsFolder + edited->folderName();
+        moved = QDir().rename(QDir::cleanPath(folder), target);
+        if (moved)
+            folder = target;
+    }
+    edited->saveInFolder(folder);
+    reloadUsers();
+    selectUser(edited->getGUID());
+    return moved;
+}
+
+bool TarveloModel::removeUser(const QString &guid)
+{
+    bool removed = true;
+    if (const TarveloUser *user = findUser(guid)) {
+        const QString folder = QDir::cleanPath(userFolder(user));
+        removed = !QFileInfo::exists(folder) || QFile::moveToTrash(folder);
+    }
+    reloadUsers();
+    // Sessions of a removed subject would go into a folder that nobody lists.
+    if (m_currentUser && m_currentUser->getGUID() == guid)
+        selectUser(QString());
+    return removed;
 }
 
 TarveloSession *TarveloModel::session() const

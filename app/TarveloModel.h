@@ -70,6 +70,18 @@ public:
 
     void reloadUsers();
     void selectUser(const QString &guid);
+    // The folder that holds a subject's User.xml and sessions, with a slash: where a subject
+    // read from disk was found, whatever its name says now; for a new one, its folderName()
+    // in the records folder. Never outside the records folder.
+    QString userFolder(const TarveloUser *user) const;
+    // Files a new subject (its folder and User.xml) and makes it the current one.
+    void addUser(TarveloUser *user);
+    // Takes the edits of the subject that had the GUID guid: a changed folder name moves its
+    // folder, then User.xml is written and the subject selected anew. False when the folder
+    // could not be moved; the edits then go into the old folder, which keeps the sessions.
+    bool updateUser(const QString &guid, TarveloUser *edited);
+    // Moves a subject's folder, sessions and all, to the desktop's trash. False if it stays.
+    bool removeUser(const QString &guid);
 
 public slots:
     // Sends "stop" to the box and ends a running session as if it had finished.
@@ -90,6 +102,7 @@ private:
     void finishSession();
     void followPortSetting();
     void followSearchInterval();
+    TarveloUser *findUser(const QString &guid) const;
 
     QString scriptPath(const QString &title) const;
     QString rememberedScriptTitle() const;

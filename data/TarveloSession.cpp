@@ -39,6 +39,11 @@ QString TarveloSession::fileName() const
     return TextHelper::DateTimeFileString(m_start, false) + FileSuffix;
 }
 
+QString TarveloSession::fileSuffix()
+{
+    return FileSuffix;
+}
+
 bool TarveloSession::save(const QString &folder, QString *error) const
 {
     const QString target = FileUtilities::FolderSlash(folder);

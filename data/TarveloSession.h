@@ -31,6 +31,8 @@ public:
     bool save(const QString &folder, QString *error = nullptr) const;
     // The file's name for this session; an invalid start means the current time.
     QString fileName() const;
+    // ".session", the ending of every session file.
+    static QString fileSuffix();
 
     QJsonObject toJson() const;
 

@@ -64,6 +64,17 @@ QString TarveloUser::fullName(bool withGuid) const
     return parts.join(QLatin1Char(' '));
 }
 
+QString TarveloUser::folderName() const
+{
+    const QString name = fullName(false);
+    const QString guid = m_GUID.trimmed();
+    if (guid.isEmpty())
+        return FileUtilities::safeFolderName(name);
+    const QString bracketed = QLatin1Char('(') + guid + QLatin1Char(')');
+    return FileUtilities::safeFolderName(name,
+                                         name.isEmpty() ? bracketed : QLatin1Char(' ') + bracketed);
+}
+
 void TarveloUser::createGuid()
 {
     setGUID(QUuid::createUuid().toString(QUuid::WithoutBraces));
@@ -85,12 +96,15 @@ void TarveloUser::copyFrom(const TarveloUser *other)
     setComment(other->getComment());
 }
 
-bool TarveloUser::saveIn(const QString &recordsFolder)
+void TarveloUser::saveIn(const QString &recordsFolder)
 {
-    // The name goes into the path as it is; a name the file system refuses leaves no file.
-    const QString folder =
-        FileUtilities::FolderSlash(FileUtilities::FolderSlash(recordsFolder) + fullName(true));
-    FileUtilities::createIfNotExists(folder);
-    setFilepath(folder + fileName());
-    return save();
+    saveInFolder(FileUtilities::FolderSlash(recordsFolder) + folderName());
+}
+
+void TarveloUser::saveInFolder(const QString &folder)
+{
+    const QString target = FileUtilities::FolderSlash(folder);
+    FileUtilities::createIfNotExists(target);
+    setFilepath(target + fileName());
+    save();
 }

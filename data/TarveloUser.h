@@ -3,7 +3,7 @@
 #include "foundation/NTSettings.h"
 
 // A subject: the person who takes the tests. Stored as User.xml in a folder of its own under
-// the records folder, named by fullName(true), which also holds that person's sessions. The
+// the records folder, named by folderName(), which also holds that person's sessions. The
 // file, the defaults and the edit form all come from the declaration below.
 class TarveloUser : public NTSettings
 {
@@ -82,13 +82,18 @@ public:
     // The trimmed non-empty name parts joined by blanks; with withGuid the GUID in brackets
     // follows, which is the subject's folder name and keeps namesakes apart.
     QString fullName(bool withGuid) const;
+    // The name of a new subject's folder: fullName(true) made safe as a folder name, the
+    // GUID kept whole (FileUtilities::safeFolderName). Whatever the name holds, the folder
+    // stands directly in the records folder.
+    QString folderName() const;
     // A new GUID: 36 lower-case hexadecimal characters with hyphens, no braces.
     void createGuid();
     // Takes over every field of other that differs, the birth date within its limits.
     void copyFrom(const TarveloUser *other);
-    // Files the subject: creates its folder under recordsFolder and writes User.xml there;
-    // false, and announced, when that can't be written.
-    bool saveIn(const QString &recordsFolder);
+    // Files the subject: creates its folder under recordsFolder and writes User.xml there.
+    void saveIn(const QString &recordsFolder);
+    // Writes User.xml into the given folder, creating it if needed.
+    void saveInFolder(const QString &folder);
 
 signals:
     void changedLastName(const QString &value);

@@ -62,6 +62,9 @@ public:
     // Only editable properties are stored in files.
     bool editable() const { return m_editable; }
     bool visible() const { return m_visible; }
+    // Whether the form shows the property at present, by its visibility rule.
+    bool currentlyVisible() const { return m_currentlyVisible; }
+    void setCurrentlyVisible(bool visible) { m_currentlyVisible = visible; }
 
     // The order of a form: lower priority first, then by display name.
     static bool displaysBefore(const AbstractMetaDescription *a, const AbstractMetaDescription *b);
@@ -104,6 +107,7 @@ protected:
     bool m_readOnly = false;
     bool m_editable = false;
     bool m_visible = false;
+    bool m_currentlyVisible = true;
     bool m_hasMinimum = false;
     bool m_hasMaximum = false;
     bool m_hasDefault = false;

@@ -12,6 +12,49 @@
 #include <csignal>
 #include <cstring>
 
+namespace {
+
+// The longest file name most file systems take, in bytes of UTF-8.
+constexpr int MaxFileNameBytes = 255;
+
+QString replaceRefused(const QString &text)
+{
+    static const QString refused = QStringLiteral("/\\<>:\"|?*");
+    QString result;
+    result.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            result += c;
+            result += text.at(++i);
+            continue;
+        }
+        // A lone surrogate has no UTF-8 form at all.
+        const bool bad =
+            c.category() == QChar::Other_Control || c.isSurrogate() || refused.contains(c);
+        result += bad ? QChar(QLatin1Char('_')) : c;
+    }
+    return result;
+}
+
+// The longest start of text, in whole characters, that takes at most bytes in UTF-8.
+QString cutToBytes(const QString &text, int bytes)
+{
+    int used = 0;
+    int i = 0;
+    while (i < text.size()) {
+        const int width = text.at(i).isHighSurrogate() ? 2 : 1;
+        const int size = text.midRef(i, width).toUtf8().size();
+        if (used + size > bytes)
+            break;
+        used += size;
+        i += width;
+    }
+    return text.left(i);
+}
+
+} // namespace
+
 QString FileUtilities::FolderSlash(const QString &path)
 {
     if (path.isEmpty())
@@ -115,6 +158,19 @@ QStringList FileUtilities::GetSubfolders(const QString &path, bool fullPaths, bo
                 result << (fullPaths ? root + folder + sub : folder + sub);
         }
     }
+    return result;
+}
+
+QString FileUtilities::safeFolderName(const QString &name, const QString &keptEnd)
+{
+    const QString end = cutToBytes(replaceRefused(keptEnd), MaxFileNameBytes);
+    QString result = cutToBytes(replaceRefused(name), MaxFileNameBytes - end.toUtf8().size()) + end;
+    if (result.isEmpty())
+        return QStringLiteral("_");
+    if (result.startsWith(QLatin1Char('.')))
+        result.replace(0, 1, QLatin1Char('_'));
+    if (result.endsWith(QLatin1Char('.')) || result.endsWith(QLatin1Char(' ')))
+        result.replace(result.size() - 1, 1, QLatin1Char('_'));
     return result;
 }
 

@@ -20,6 +20,13 @@ public:
                                        bool recursive, bool fullPaths);
     static QStringList GetSubfolders(const QString &path, bool fullPaths, bool recursive);
 
+    // A folder name made of name and keptEnd that every file system takes and that stays where
+    // it is put: path separators, control characters and the characters Windows refuses
+    // (< > : " | ? *) become "_", and so do a leading dot (no "." or "..", no hidden folder) and
+    // a trailing dot or blank (Windows drops those). name is then cut, at whole characters, to
+    // fit the 255 bytes of a file name in UTF-8; keptEnd stays whole. Never empty.
+    static QString safeFolderName(const QString &name, const QString &keptEnd = QString());
+
     // Replaces the file in one step: the data goes to a temporary file beside it, which is
     // renamed over the target only when everything was written. A crash or a full disk
     // leaves the old file whole. On failure error, when given, gets the system's reason.

@@ -16,6 +16,14 @@ void MetaDescriptor::set(QObject *object)
     parse(object);
 }
 
+void MetaDescriptor::setItem(QMetaProperty *item)
+{
+    if (m_item == item)
+        return;
+    m_item = item;
+    emit itemChanged(item);
+}
+
 QString MetaDescriptor::getClassName() const
 {
     return m_object ? QString::fromLatin1(m_object->metaObject()->className()) : QString();

@@ -1,5 +1,6 @@
 #include "HeaderedWidget.h"
 
+#include "CurrentUserComboBox.h"
 #include "PlayScriptStopSessionButton.h"
 #include "app/TarveloModel.h"
 #include "foundation/widgets/MediaHelper.h"
@@ -30,6 +31,7 @@ HeaderedWidget::HeaderedWidget(TarveloModel *model, QWidget *parent)
     m_headerLayout->addWidget(m_scriptCombo);
     m_headerLayout->addLayout(m_headerButtons);
     m_headerLayout->addStretch(100);
+    m_headerLayout->addWidget(new CurrentUserComboBox(model));
     m_headerLayout->addWidget(m_playButton);
 
     if (!m_model)

@@ -11,8 +11,8 @@ class QVBoxLayout;
 class TarveloModel;
 
 // A page with the grey header row that the Script and Session pages share: the script picker,
-// the page's own buttons, and the play/stop button. Derived pages add their content to
-// pageLayout() with stretch 100.
+// the page's own buttons, the subject picker and the play/stop button. Derived pages add their
+// content to pageLayout() with stretch 100.
 class HeaderedWidget : public QWidget
 {
     Q_OBJECT

@@ -13,7 +13,6 @@
 #include "data/TarveloSettings.h"
 #include "data/TarveloUser.h"
 #include "device/TarveloDevice.h"
-#include "foundation/FileUtilities.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -75,8 +74,7 @@ QString indentedJson(const TarveloSession *session)
 void checkWrittenSession()
 {
     const TarveloSession *session = model->session();
-    const QString file = FileUtilities::FolderSlash(model->recordsFolder())
-        + model->currentUser()->fullName(true) + QLatin1Char('/') + session->fileName();
+    const QString file = model->userFolder(model->currentUser()) + session->fileName();
     const QScopedPointer<TarveloSession> read(TarveloSession::load(file));
     checkEqual(indentedJson(session), indentedJson(read.data()),
                "a finished session is on disk as recorded");

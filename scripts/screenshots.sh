@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Renders the main window on the offscreen platform, against the box emulator and a fresh demo
 # data folder, once on an American English and once on a Russian system: docs/en/ and docs/ru/
-# get a picture of every page (script.png, subjects.png, device.png, settings.png, and
-# session.png during a session), of the Script page editing (script-editing.png), of the script
+# get a picture of every page (script.png, subjects.png with a stored session, device.png,
+# settings.png, and session.png during a session), of the subject editor (subject-editor.png), of the Script page editing (script-editing.png), of the script
 # creator (script-creator.png) and of the export's file dialog (export-dialog.png). A version
 # service on loopback offers a newer version, so that the button in the corner shows.
 set -euo pipefail

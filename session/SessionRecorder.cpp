@@ -9,9 +9,11 @@
 #include <QDateTime>
 #include <QFile>
 
-SessionRecorder::SessionRecorder(const QString &recordsFolder, QObject *parent)
+#include <utility>
+
+SessionRecorder::SessionRecorder(FolderOf folderOf, QObject *parent)
     : QObject(parent)
-    , m_recordsFolder(recordsFolder)
+    , m_folderOf(std::move(folderOf))
 {
 }
 
@@ -102,9 +104,7 @@ void SessionRecorder::store(const TarveloUser *subject)
         setSaveState(SaveState::NotRecorded, QString(), QString());
         return;
     }
-    const QString folder = subject
-        ? FileUtilities::FolderSlash(m_recordsFolder) + subject->fullName(true)
-        : m_recordsFolder;
+    const QString folder = m_folderOf(subject);
     const QString path = FileUtilities::FolderSlash(folder) + m_session->fileName();
     QString error;
     if (!m_session->save(folder, &error)) {

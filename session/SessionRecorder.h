@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 class SessionStage;
 class TarveloSession;
 class TarveloUser;
@@ -27,7 +29,10 @@ public:
     };
     Q_ENUM(SaveState)
 
-    explicit SessionRecorder(const QString &recordsFolder, QObject *parent = nullptr);
+    // The folder that a subject's sessions go to; null stands for no subject.
+    using FolderOf = std::function<QString(const TarveloUser *subject)>;
+
+    explicit SessionRecorder(FolderOf folderOf, QObject *parent = nullptr);
 
     // The session of the moment: null until the first run, kept after its end for the views.
     TarveloSession *session() const { return m_session; }
@@ -58,7 +63,7 @@ private:
     void store(const TarveloUser *subject);
     void setSaveState(SaveState state, const QString &path, const QString &error);
 
-    QString m_recordsFolder;
+    FolderOf m_folderOf;
     TarveloSession *m_session = nullptr;
     bool m_running = false;
     SaveState m_saveState = SaveState::Unsaved;

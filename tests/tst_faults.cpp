@@ -161,9 +161,9 @@ void FaultsTest::sessionOnDisk_data()
     QTest::newRow("file size limit")
         << "limit"
         << "finish" << true << QList<int> {1, 1, 1} << "File too large";
-    QTest::newRow("folder name over 255 bytes")
-        << "long"
-        << "finish" << true << QList<int> {-1, -1, -1} << "File name too long";
+    QTest::newRow("a file in the subject folder's place")
+        << "blocked"
+        << "finish" << true << QList<int> {-1, -1, -1} << "Not a directory";
 }
 
 void FaultsTest::sessionOnDisk()
@@ -181,8 +181,8 @@ void FaultsTest::sessionOnDisk()
     m_window->show();
     QTRY_VERIFY_WITH_TIMEOUT(model()->device()->isConnected(), WinMs);
     model()->selectUser(Guid);
-    if (fault == "long")
-        model()->currentUser()->setLastName(QString(120, QChar(0x416)));
+    if (fault == "blocked")
+        QVERIFY(QDir(folder).removeRecursively() && TestFiles::write(folder.chopped(1), "x"));
     // Root may write into any folder, but not into an immutable one.
     const auto unlock = qScopeGuard([&folder] { QProcess::execute("chattr", {"-i", folder}); });
     if (fault == "read-only") {

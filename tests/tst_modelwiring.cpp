@@ -169,7 +169,10 @@ void ModelWiringTest::reloadFindsSubjectFoldersWithAUserFile()
 
     TarveloModel model;
     const QList<TarveloUser *> users = model.users();
-    QCOMPARE(guidsOf(users), (QStringList {QString(), QString(), GuidB, GuidA}));
+    // The two unreadable ones get a GUID of their own.
+    const QStringList guids = guidsOf(users);
+    QCOMPARE(guids.size(), 4);
+    QVERIFY(guids.contains(GuidA) && guids.contains(GuidB) && !guids.contains(QString()));
     QStringList names;
     for (const TarveloUser *user : users) {
         names << user->fullName(false);
@@ -246,7 +249,7 @@ void ModelWiringTest::unreadableSubjectIsNeverSelected()
     QVERIFY(TestFiles::write(m_data.records() + QStringLiteral("Broken/User.xml"), "not xml"));
     TarveloModel model; // nothing remembered: the empty GUID is asked for at start
     QCOMPARE(model.users().size(), 1);
-    QVERIFY(model.users().constFirst()->getGUID().isEmpty());
+    QVERIFY(!model.users().constFirst()->getGUID().isEmpty());
     QVERIFY(!model.currentUser());
     model.selectUser(QString());
     QVERIFY(!model.currentUser());

@@ -46,7 +46,6 @@ private slots:
     void copyFromAnnouncesEachDifferingField();
     void copyFromSavesWhenFiled();
     void saveInCreatesTheSubjectFolder();
-    void saveInWithANameTheFileSystemRefusesWritesNothing();
     void unreadableUserFileGivesAnEmptySubject();
 
 private:
@@ -291,18 +290,6 @@ void TarveloUserTest::saveInCreatesTheSubjectFolder()
     anonymous.saveIn(m_records);
     QVERIFY(QFile::exists(m_records + QStringLiteral("/(") + anonymous.getGUID()
                           + QStringLiteral(")/User.xml")));
-}
-
-void TarveloUserTest::saveInWithANameTheFileSystemRefusesWritesNothing()
-{
-    // A name longer than any file name the file system allows.
-    TarveloUser user;
-    user.setLastName(QString(300, QChar(0x0416)));
-    QSignalSpy saved(&user, &NTSettings::saved);
-    user.saveIn(m_records);
-    QCOMPARE(saved.count(), 1);
-    QVERIFY(!QFile::exists(user.getFilepath()));
-    QCOMPARE(QDir(m_records).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
 }
 
 void TarveloUserTest::unreadableUserFileGivesAnEmptySubject()

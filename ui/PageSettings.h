@@ -2,7 +2,7 @@
 
 #include "frame/BasePage.h"
 
-// Tab 4: the application settings.
+// Tab 4: the application settings, as a form generated from their declaration.
 class PageSettings : public BasePage
 {
     Q_OBJECT

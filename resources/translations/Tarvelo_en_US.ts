@@ -2,6 +2,27 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="ru_RU">
 <context>
+    <name>AddUserButton</name>
+    <message>
+        <source>Добавить респондента</source>
+        <translation>Add subject</translation>
+    </message>
+</context>
+<context>
+    <name>BasePropertyView</name>
+    <message>
+        <source>Set default to</source>
+        <translation>Set default to</translation>
+    </message>
+</context>
+<context>
+    <name>CurrentUserComboBox</name>
+    <message>
+        <source>Не выбран</source>
+        <translation>Not selected</translation>
+    </message>
+</context>
+<context>
     <name>DeleteUpDownWidget</name>
     <message>
         <source>Удалить</source>
@@ -371,6 +392,10 @@
         <translation>Hz</translation>
     </message>
     <message>
+        <source>Other</source>
+        <translation>Other</translation>
+    </message>
+    <message>
         <source>Не удалось открыть &quot;%1&quot;: в системе не нашлось программы для этого.</source>
         <translation>Could not open &quot;%1&quot;: the system has no program for it.</translation>
     </message>
@@ -438,6 +463,53 @@
     </message>
 </context>
 <context>
+    <name>PageDatabase</name>
+    <message>
+        <source>Редактирвоать респондента</source>
+        <translation>Edit subject</translation>
+    </message>
+    <message>
+        <source>Респонденты</source>
+        <translation>Subjects</translation>
+    </message>
+    <message>
+        <source>Сессии</source>
+        <translation>Sessions</translation>
+    </message>
+    <message>
+        <source>Неизвестный</source>
+        <translation>Incognito</translation>
+    </message>
+    <message>
+        <source>Удалить сессию</source>
+        <translation>Remove session</translation>
+    </message>
+    <message>
+        <source>Удаление сессии</source>
+        <translation>Session removal</translation>
+    </message>
+    <message>
+        <source>Действительно удалить результаты этой сессии?</source>
+        <translation>Remove this session results?</translation>
+    </message>
+    <message>
+        <source>Ошибка</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>Невозможно удалить сессию</source>
+        <translation>Unable to remove the session</translation>
+    </message>
+    <message>
+        <source>Невозможно перенести папку респондента</source>
+        <translation>Unable to move subject&apos;s folder</translation>
+    </message>
+    <message>
+        <source>Невозможно удалить папку респондента</source>
+        <translation>Unable to remove subject&apos;s folder</translation>
+    </message>
+</context>
+<context>
     <name>PageScript</name>
     <message>
         <source>Удалить сценарий</source>
@@ -494,10 +566,6 @@
     <message>
         <source>Создание сценария</source>
         <translation>Script creation</translation>
-    </message>
-    <message>
-        <source>Не удалось записать сценарий в папку</source>
-        <translation>Could not write the script into the folder</translation>
     </message>
 </context>
 <context>
@@ -618,6 +686,13 @@
     <message>
         <source>Language will be changed on program restart</source>
         <translation>Language will be changed on program restart</translation>
+    </message>
+</context>
+<context>
+    <name>SpecialPropertyView</name>
+    <message>
+        <source>Любой файл</source>
+        <translation>Any file</translation>
     </message>
 </context>
 <context>
@@ -866,6 +941,41 @@
     <message>
         <source>Показать в папке</source>
         <translation>Show in folder</translation>
+    </message>
+</context>
+<context>
+    <name>UserEditor</name>
+    <message>
+        <source>Редактирование респондента</source>
+        <translation>Subject editing</translation>
+    </message>
+    <message>
+        <source>Создание респондента</source>
+        <translation>Subject creation</translation>
+    </message>
+    <message>
+        <source>Удалить</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>Изменить</source>
+        <translation>Change</translation>
+    </message>
+    <message>
+        <source>Создать</source>
+        <translation>Create</translation>
+    </message>
+    <message>
+        <source>Отмена</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Удаление</source>
+        <translation>Removal</translation>
+    </message>
+    <message>
+        <source>Удалить этого респондента со всеми сессиями?</source>
+        <translation>Remove this subject with all sessions&apos; data?</translation>
     </message>
 </context>
 </TS>

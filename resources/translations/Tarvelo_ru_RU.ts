@@ -2,6 +2,27 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru_RU" sourcelanguage="ru_RU">
 <context>
+    <name>AddUserButton</name>
+    <message>
+        <source>Добавить респондента</source>
+        <translation>Добавить респондента</translation>
+    </message>
+</context>
+<context>
+    <name>BasePropertyView</name>
+    <message>
+        <source>Set default to</source>
+        <translation>Установить значение по умолчанию</translation>
+    </message>
+</context>
+<context>
+    <name>CurrentUserComboBox</name>
+    <message>
+        <source>Не выбран</source>
+        <translation>Не выбран</translation>
+    </message>
+</context>
+<context>
     <name>DeleteUpDownWidget</name>
     <message>
         <source>Удалить</source>
@@ -371,6 +392,10 @@
         <translation>Гц</translation>
     </message>
     <message>
+        <source>Other</source>
+        <translation>Другое</translation>
+    </message>
+    <message>
         <source>Не удалось открыть &quot;%1&quot;: в системе не нашлось программы для этого.</source>
         <translation>Не удалось открыть &quot;%1&quot;: в системе не нашлось программы для этого.</translation>
     </message>
@@ -438,6 +463,53 @@
     </message>
 </context>
 <context>
+    <name>PageDatabase</name>
+    <message>
+        <source>Редактирвоать респондента</source>
+        <translation>Редактирвоать респондента</translation>
+    </message>
+    <message>
+        <source>Респонденты</source>
+        <translation>Респонденты</translation>
+    </message>
+    <message>
+        <source>Сессии</source>
+        <translation>Сессии</translation>
+    </message>
+    <message>
+        <source>Неизвестный</source>
+        <translation>Неизвестный</translation>
+    </message>
+    <message>
+        <source>Удалить сессию</source>
+        <translation>Удалить сессию</translation>
+    </message>
+    <message>
+        <source>Удаление сессии</source>
+        <translation>Удаление сессии</translation>
+    </message>
+    <message>
+        <source>Действительно удалить результаты этой сессии?</source>
+        <translation>Действительно удалить результаты этой сессии?</translation>
+    </message>
+    <message>
+        <source>Ошибка</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Невозможно удалить сессию</source>
+        <translation>Невозможно удалить сессию</translation>
+    </message>
+    <message>
+        <source>Невозможно перенести папку респондента</source>
+        <translation>Невозможно перенести папку респондента</translation>
+    </message>
+    <message>
+        <source>Невозможно удалить папку респондента</source>
+        <translation>Невозможно удалить папку респондента</translation>
+    </message>
+</context>
+<context>
     <name>PageScript</name>
     <message>
         <source>Удалить сценарий</source>
@@ -494,10 +566,6 @@
     <message>
         <source>Создание сценария</source>
         <translation>Создание сценария</translation>
-    </message>
-    <message>
-        <source>Не удалось записать сценарий в папку</source>
-        <translation>Не удалось записать сценарий в папку</translation>
     </message>
 </context>
 <context>
@@ -618,6 +686,13 @@
     <message>
         <source>Language will be changed on program restart</source>
         <translation>Язык сменится после перезапуска программы</translation>
+    </message>
+</context>
+<context>
+    <name>SpecialPropertyView</name>
+    <message>
+        <source>Любой файл</source>
+        <translation>Любой файл</translation>
     </message>
 </context>
 <context>
@@ -866,6 +941,41 @@
     <message>
         <source>Показать в папке</source>
         <translation>Показать в папке</translation>
+    </message>
+</context>
+<context>
+    <name>UserEditor</name>
+    <message>
+        <source>Редактирование респондента</source>
+        <translation>Редактирование респондента</translation>
+    </message>
+    <message>
+        <source>Создание респондента</source>
+        <translation>Создание респондента</translation>
+    </message>
+    <message>
+        <source>Удалить</source>
+        <translation>Удалить</translation>
+    </message>
+    <message>
+        <source>Изменить</source>
+        <translation>Изменить</translation>
+    </message>
+    <message>
+        <source>Создать</source>
+        <translation>Создать</translation>
+    </message>
+    <message>
+        <source>Отмена</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Удаление</source>
+        <translation>Удаление</translation>
+    </message>
+    <message>
+        <source>Удалить этого респондента со всеми сессиями?</source>
+        <translation>Удалить этого респондента со всеми сессиями?</translation>
     </message>
 </context>
 </TS>

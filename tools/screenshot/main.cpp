@@ -3,17 +3,22 @@
 // the emulator and a demo folder, and runs it once per language): the first pictures show the
 // window once the box has answered and a script is selected, with the Script page also editing
 // that script and its creator open, the next the live report after some stages of that script
-// have been played, and the last the export's file dialog.
+// have been played and the export's file dialog, and the last, once that run has been stopped and
+// stored, the subject page showing it and the subject editor. A demo subject is filed first when
+// the folder has none.
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
+#include "data/TarveloUser.h"
 #include "device/TarveloDevice.h"
 #include "foundation/LanguageContext.h"
 #include "frame/HeaderedWidget.h"
 #include "frame/PlayScriptStopSessionButton.h"
+#include "frame/UserEditor.h"
 #include "session/widgets/PageSession.h"
 #include "session/widgets/TarveloSessionWidget.h"
 #include "ui/AppStyle.h"
 #include "ui/MainWindow.h"
+#include "ui/PageDatabase.h"
 #include "ui/PageScript.h"
 #include "ui/ScriptCreatorWidget.h"
 #include "ui/TarveloScriptEditor.h"
@@ -25,6 +30,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextStream>
@@ -58,10 +64,10 @@ bool waitFor(const std::function<bool()> &done, int timeoutMs)
     return loop.exec() == 0;
 }
 
-// The pages pictured before the session, by tab; the session page has the running picture.
+// The pages pictured before the session, by tab; the session page has the running picture and
+// the subject page is pictured once the session is stored.
 const std::pair<MainWindow::Page, const char *> PagePictures[] = {
     {MainWindow::ScriptPage, "script.png"},
-    {MainWindow::DatabasePage, "subjects.png"},
     {MainWindow::DevicePage, "device.png"},
     {MainWindow::SettingsPage, "settings.png"},
 };
@@ -117,6 +123,46 @@ bool saveExportDialog(MainWindow &window, const QString &path, int timeoutMs)
     exportButton->click();
     return saved;
 }
+
+// A subject for the header and the subject page, unless the folder already has some.
+void fileDemoSubject(TarveloModel &model)
+{
+    if (!model.users().isEmpty())
+        return;
+    TarveloUser subject;
+    subject.setLastName(QStringLiteral("Иванова"));
+    subject.setFirstName(QStringLiteral("Анна"));
+    subject.setMiddleName(QStringLiteral("Сергеевна"));
+    subject.setDOBYear(1994);
+    subject.setDOBMonth(7);
+    subject.setDOBDay(12);
+    subject.setGender(TarveloUser::Female);
+    subject.setComment(QStringLiteral("Правша"));
+    subject.createGuid();
+    model.addUser(&subject);
+}
+
+// The subject page with the newest stored session of the current subject open, if any.
+bool saveDatabasePage(MainWindow &window, const QString &path)
+{
+    window.tabs()->setCurrentIndex(MainWindow::DatabasePage);
+    auto *page = qobject_cast<PageDatabase *>(window.tabs()->widget(MainWindow::DatabasePage));
+    page->sessionList()->setCurrentRow(page->sessionList()->count() - 1);
+    return save(window, path);
+}
+
+// The editor of the current subject, opened from the subject page.
+bool saveSubjectEditor(MainWindow &window, const QString &path)
+{
+    auto *page = qobject_cast<PageDatabase *>(window.tabs()->widget(MainWindow::DatabasePage));
+    page->editUserButton()->click();
+    auto *editor = page->findChild<UserEditor *>();
+    if (!editor)
+        return false;
+    const bool saved = save(*editor, path);
+    editor->close();
+    return saved;
+}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -127,8 +173,9 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Renders the Tarvelo main window to PNG: idle with the box connected, and during a "
-        "session of the selected script."));
+        "Renders the Tarvelo main window to PNG: idle with the box connected, during a "
+        "session of the selected script, the subject page with that session stored, the "
+        "subject editor and the Settings page."));
     parser.addHelpOption();
     const QCommandLineOption idleOption(QStringLiteral("idle"),
                                         QStringLiteral("Picture before the session."),
@@ -194,6 +241,7 @@ int main(int argc, char *argv[])
     window.show();
 
     TarveloModel *model = window.model();
+    fileDemoSubject(*model);
     const TarveloDevice *device = model->device();
     const bool ready = waitFor(
         [&] {
@@ -242,17 +290,25 @@ int main(int argc, char *argv[])
         if (!creatorSaved)
             return fail(QStringLiteral("can't write %1").arg(creatorPath));
     }
-    if (runningPath.isEmpty())
-        return 0;
-
-    // Played the way the operator does it: the play button in the header of the script page.
-    page->playButton()->playButton()->click();
-    if (!waitFor([&] { return playedEnough(*model, stages); }, timeoutMs))
-        return fail(QStringLiteral("the session didn't get %1 stages far").arg(stages));
-    if (!save(window, runningPath))
-        return fail(QStringLiteral("can't write %1").arg(runningPath));
-    const QString dialogPath = pagesFolder + QStringLiteral("/export-dialog.png");
-    if (!pagesFolder.isEmpty() && !saveExportDialog(window, dialogPath, timeoutMs))
-        return fail(QStringLiteral("no export dialog pictured in %1").arg(dialogPath));
+    if (!runningPath.isEmpty()) {
+        // Played the way the operator does it: the play button in the header of the script
+        // page; stopping it, for the export dialog, stores the session.
+        page->playButton()->playButton()->click();
+        if (!waitFor([&] { return playedEnough(*model, stages); }, timeoutMs))
+            return fail(QStringLiteral("the session didn't get %1 stages far").arg(stages));
+        if (!save(window, runningPath))
+            return fail(QStringLiteral("can't write %1").arg(runningPath));
+        const QString dialogPath = pagesFolder + QStringLiteral("/export-dialog.png");
+        if (!pagesFolder.isEmpty() && !saveExportDialog(window, dialogPath, timeoutMs))
+            return fail(QStringLiteral("no export dialog pictured in %1").arg(dialogPath));
+    }
+    if (!pagesFolder.isEmpty()) {
+        const QString subjectsPath = pagesFolder + QStringLiteral("/subjects.png");
+        if (!saveDatabasePage(window, subjectsPath))
+            return fail(QStringLiteral("can't write %1").arg(subjectsPath));
+        const QString editorPath = pagesFolder + QStringLiteral("/subject-editor.png");
+        if (!saveSubjectEditor(window, editorPath))
+            return fail(QStringLiteral("can't write %1").arg(editorPath));
+    }
     return 0;
 }
