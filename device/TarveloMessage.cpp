@@ -24,6 +24,9 @@ TarveloMessage::~TarveloMessage() = default;
 
 QStringList TarveloMessage::parseBytes(const QByteArray &bytes)
 {
+    // An empty read would make the decoder give up a character cut before it.
+    if (bytes.isEmpty())
+        return QStringList();
     // With its length: a NUL byte is noise like any other and must not end the text.
     return parse(m_decoder->toUnicode(bytes.constData(), bytes.size()));
 }

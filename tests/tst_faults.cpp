@@ -29,7 +29,6 @@
 
 #include <memory>
 #include <optional>
-#include <sys/resource.h>
 
 namespace {
 constexpr int WinMs = 8000;
@@ -46,20 +45,6 @@ int storedStages(const QString &path)
                                : -1;
 }
 
-// While it lives, this process can't write files larger than bytes (SIGXFSZ is ignored).
-struct FileSizeLimit
-{
-    rlimit original {};
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &original);
-        const rlimit limited {bytes, original.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limited);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &original); }
-};
-
-int droppedFrameLogs = 0;
 } // namespace
 
 class FaultsTest : public QObject
@@ -102,7 +87,6 @@ private slots:
     void pulledPortIsFoundAgainAndTheSessionStillEnds();
     void textFromTheBox_data();
     void textFromTheBox();
-    void overlongFrameIsDroppedAndLoggedOnce();
     void exportKeepsTheEarlierFile_data();
     void exportKeepsTheEarlierFile();
     void unusableDataFolderIsSaidAndNothingGoesElsewhere();
@@ -111,7 +95,6 @@ private slots:
 void FaultsTest::initTestCase()
 {
     QVERIFY(m_data.isValid());
-    FileUtilities::ignoreFileSizeSignal();
     connect(&m_modalWatch, &QTimer::timeout, this, [this] {
         QWidget *modal = QApplication::activeModalWidget();
         if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
@@ -193,7 +176,7 @@ void FaultsTest::sessionOnDisk()
     const QString path = sessionPath();
     QCOMPARE(storedStages(path), stored[0]);
     const QByteArray first = TestFiles::read(path);
-    std::optional<FileSizeLimit> limit;
+    std::optional<TestFiles::FileSizeLimit> limit;
     if (fault == "limit")
         limit.emplace(first.size() + 16);
     play(Stage1);
@@ -270,8 +253,6 @@ void FaultsTest::textFromTheBox_data()
         if ((frame.at(cut) & 0xC0) == 0x80) // inside a character
             QTest::addRow("cut at byte %d", cut) << frame << cut << QStringLiteral("Проба");
     }
-    QTest::newRow("not UTF-8") << QByteArray("{scriptStarted=\xd0\xff\xd0\x9f}") << 16
-                               << QStringLiteral("\uFFFD\uFFFDП");
     const QString markup = QStringLiteral("</h3><h1 style=\"color: red\">Гром</h1>");
     QTest::newRow("markup") << ("{scriptStarted=" + markup.toUtf8() + "}") << 5 << markup;
 }
@@ -302,24 +283,6 @@ void FaultsTest::textFromTheBox()
     QVERIFY2(printed.contains(subject) && printed.contains(title), qPrintable(printed));
 }
 
-void FaultsTest::overlongFrameIsDroppedAndLoggedOnce()
-{
-    // A frame at the limit, one a megabyte long, then a short one, in small reads.
-    const int max = TarveloMessage::MaxFrameLength;
-    const QByteArray stream = '{' + QByteArray(max, 'x') + "}{" + QByteArray(1 << 20, 'y') + "}{z}";
-    const QtMessageHandler previous =
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
-            droppedFrameLogs += text.contains(QStringLiteral("frame longer than"));
-        });
-    TarveloMessage splitter;
-    QStringList messages;
-    for (int from = 0; from < stream.size(); from += 1000)
-        messages << splitter.parseBytes(stream.mid(from, 1000));
-    qInstallMessageHandler(previous);
-    QCOMPARE(messages, (QStringList {QString(max, 'x'), "z"}));
-    QCOMPARE(droppedFrameLogs, 1);
-}
-
 void FaultsTest::exportKeepsTheEarlierFile_data()
 {
     QTest::addColumn<QString>("filter");
@@ -345,7 +308,7 @@ void FaultsTest::exportKeepsTheEarlierFile()
     QVERIFY(TestFiles::write(file, "an earlier export"));
     QPushButton *exportButton = page()->sessionWidget()->exportButton();
     {
-        const FileSizeLimit limit(64);
+        const TestFiles::FileSizeLimit limit(64);
         exportButton->click();
     }
     // The dialog kept the minutes rather than taking them for a suffix to replace.

@@ -13,6 +13,7 @@ private slots:
     void resetDropsAHalfMessage();
     void everySplitOfAStreamGivesTheSameMessages();
     void invalidUtf8InsideAFrameBecomesReplacementCharacters();
+    void overlongFrameIsDroppedAndLoggedOnce();
 };
 
 void MessageTest::chunksGiveTheirMessages_data()
@@ -81,9 +82,12 @@ void MessageTest::resetDropsAHalfMessage()
 
 void MessageTest::everySplitOfAStreamGivesTheSameMessages()
 {
-    const QString stream = QStringLiteral(
-        "\r\nboot}{iamtarvelo}{sn=240315}\n{version=2.4.1}{}{scriptStarted=Проба}junk"
-        "{r=-350;b=10;b2=3;s=3;t=2000;d=1000}{a{b}\r\n{stageAction=+1}");
+    // Cut at every byte, also inside the characters of a title: they arrive whole.
+    const QByteArray stream =
+        QStringLiteral(
+            "\r\nboot}{iamtarvelo}{sn=240315}\n{version=2.4.1}{}{scriptStarted=Проба}junk"
+            "{r=-350;b=10;b2=3;s=3;t=2000;d=1000}{a{b}\r\n{stageAction=+1}")
+            .toUtf8();
     const QStringList expected {"iamtarvelo",
                                 "sn=240315",
                                 "version=2.4.1",
@@ -95,9 +99,9 @@ void MessageTest::everySplitOfAStreamGivesTheSameMessages()
     for (int first = 0; first <= stream.size(); ++first) {
         for (int second = first; second <= stream.size(); second += 7) {
             TarveloMessage splitter;
-            QStringList got = splitter.parse(stream.left(first));
-            got += splitter.parse(stream.mid(first, second - first));
-            got += splitter.parse(stream.mid(second));
+            QStringList got = splitter.parseBytes(stream.left(first));
+            got += splitter.parseBytes(stream.mid(first, second - first));
+            got += splitter.parseBytes(stream.mid(second));
             QVERIFY2(got == expected,
                      qPrintable(QStringLiteral("cut at %1 and %2").arg(first).arg(second)));
         }
@@ -107,10 +111,26 @@ void MessageTest::everySplitOfAStreamGivesTheSameMessages()
 void MessageTest::invalidUtf8InsideAFrameBecomesReplacementCharacters()
 {
     TarveloMessage splitter;
-    const QStringList got = splitter.parse(QString::fromUtf8("\xff{a\xfe\xc3}{b}"));
+    const QStringList got = splitter.parseBytes("\xff{a\xfe\xc3}{b}");
     QCOMPARE(got.size(), 2);
     QCOMPARE(got.at(0), QStringLiteral("a\uFFFD\uFFFD"));
     QCOMPARE(got.at(1), QStringLiteral("b"));
+}
+
+void MessageTest::overlongFrameIsDroppedAndLoggedOnce()
+{
+    static int logged = 0;
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &) { ++logged; });
+    const int max = TarveloMessage::MaxFrameLength;
+    const QByteArray stream = '{' + QByteArray(max, 'x') + "}{" + QByteArray(1 << 20, 'y') + "}{z}";
+    TarveloMessage splitter;
+    QStringList got;
+    for (int from = 0; from < stream.size(); from += 1000)
+        got << splitter.parseBytes(stream.mid(from, 1000));
+    qInstallMessageHandler(previous);
+    QCOMPARE(got, (QStringList {QString(max, 'x'), "z"}));
+    QCOMPARE(logged, 1);
 }
 
 QTEST_GUILESS_MAIN(MessageTest)

@@ -28,9 +28,7 @@
 #include <QTableWidget>
 #include <QtTest>
 
-#include <csignal>
 #include <memory>
-#include <sys/resource.h>
 
 namespace {
 constexpr int WinMs = 8000;
@@ -48,23 +46,6 @@ QMap<QString, QByteArray> scriptFiles(const QString &folder)
         files.insert(name, TestFiles::read(folder + name));
     return files;
 }
-
-// Files written while it lives fail beyond this size, as on a full disk.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN); // a failed write, not the end of the process
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit limit {bytes, m_old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
-
-private:
-    rlimit m_old {};
-};
 
 // A stage whose steps carry the stimuli 0, 1, 2, ... so that their order can be read back.
 std::unique_ptr<ScriptStage> numberedStage(int steps)
@@ -222,7 +203,7 @@ void ScriptPageTest::failedWriteKeepsTheOldFileAndTheEdits()
     page.editor()->titleEdit()->setText(QStringLiteral("Новое"));
     QSignalSpy failed(WriteFailures::instance(), &WriteFailures::failed);
     {
-        const FileSizeLimit fullDisk(16);
+        const TestFiles::FileSizeLimit fullDisk(16);
         page.saveButton()->click();
     }
     // Announced with the file and the reason, for the window to show; the page adds no box.
