@@ -31,6 +31,7 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextStream>
@@ -101,6 +102,11 @@ bool playedEnough(const TarveloModel &model, int stages)
 bool saveExportDialog(MainWindow &window, const QString &path, int timeoutMs)
 {
     auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
+    // Stop asks first; the question is answered with its first button, abort.
+    QTimer::singleShot(0, &window, [] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            box->defaultButton()->click();
+    });
     header->playButton()->stopButton()->click();
     auto *page = qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage));
     QPushButton *exportButton = page->sessionWidget()->exportButton();
