@@ -5,6 +5,7 @@
 // The device logs each report with qDebug; the lines are formatted but not written, so the
 // figures leave out the terminal. Nothing listens to sessionUpdated: the live view's rebuild
 // is not part of this path.
+#include "RecordedRun.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "device/TarveloDevice.h"
@@ -13,7 +14,6 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cstdio>
@@ -23,49 +23,6 @@ namespace {
 constexpr double LinkBytesPerSecond = 115200 / 10.0;
 constexpr int ReadBytes = 64;
 constexpr int Rounds = 5;
-
-struct Stream
-{
-    QByteArray bytes;
-    int messages = 0;
-};
-
-// One run as the box reports it: the start, then per stage its number, its size, a reaction
-// per step (some missed, some with the wrong control) and the transfer.
-Stream recordedRun(int stages, int steps)
-{
-    QRandomGenerator random(quint32(stages * 1000 + steps));
-    Stream stream;
-    auto add = [&stream](const QByteArray &text) {
-        stream.bytes += '{' + text + '}';
-        ++stream.messages;
-    };
-    add(QStringLiteral("scriptStarted=Проба внимания").toUtf8());
-    const char *actions[] = {"+1", "repeat", "-1", "maxRepeats", "+2"};
-    for (int stage = 0; stage < stages; ++stage) {
-        add("stageStarted=" + QByteArray::number(stage % 12));
-        add("stageItems=" + QByteArray::number(steps));
-        for (int step = 0; step < steps; ++step) {
-            const int s = int(random.bounded(18));
-            const int b2 = requiredButton(s);
-            const int t = int(random.bounded(5, 20)) * 100;
-            const int d = int(random.bounded(5, 15)) * 100;
-            const bool missed = random.bounded(20) == 0;
-            const int r = missed ? -(t + d) : int(random.bounded(150, t + d));
-            const int b = missed ? 10 : random.bounded(8) == 0 ? int(random.bounded(9)) : b2;
-            add(QStringLiteral("r=%1;b=%2;b2=%3;s=%4;t=%5;d=%6")
-                    .arg(r)
-                    .arg(b)
-                    .arg(b2)
-                    .arg(s)
-                    .arg(t)
-                    .arg(d)
-                    .toLatin1());
-        }
-        add(QByteArray("stageAction=") + actions[random.bounded(5)]);
-    }
-    return stream;
-}
 
 // The best of a few rounds, in seconds.
 double best(const std::function<void()> &round)
@@ -86,7 +43,7 @@ void feed(TarveloMessage &splitter, const QByteArray &bytes)
         splitter.parseBytes(bytes.mid(from, ReadBytes));
 }
 
-void report(const char *path, const Stream &stream, double seconds)
+void report(const char *path, const RecordedRun &stream, double seconds)
 {
     const double wireSeconds = stream.bytes.size() / LinkBytesPerSecond;
     const double handled = stream.messages / seconds;
@@ -94,7 +51,7 @@ void report(const char *path, const Stream &stream, double seconds)
                 stream.bytes.size() / seconds / 1e6, handled / (stream.messages / wireSeconds));
 }
 
-void measure(const char *shape, const Stream &stream, TarveloModel &model)
+void measure(const char *shape, const RecordedRun &stream, TarveloModel &model)
 {
     const double wireSeconds = stream.bytes.size() / LinkBytesPerSecond;
     std::printf("%s: %d messages, %d bytes (%.1f bytes/message), %d-byte reads\n", shape,
@@ -141,7 +98,7 @@ int main(int argc, char *argv[])
     data.writeSettings("<AutoSearch>false</AutoSearch><ComPort>99</ComPort>");
     TarveloModel model;
 
-    measure("typical run, 400 stages of 30 steps", recordedRun(400, 30), model);
-    measure("long stages, 20 stages of 600 steps", recordedRun(20, 600), model);
+    measure("typical run, 400 stages of 30 steps", RecordedRun::play(400, 30), model);
+    measure("long stages, 20 stages of 600 steps", RecordedRun::play(20, 600), model);
     return 0;
 }

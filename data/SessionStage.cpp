@@ -1,9 +1,9 @@
 #include "SessionStage.h"
 
-#include "foundation/Statistics.h"
-
 #include <QJsonArray>
 #include <QJsonObject>
+
+#include <cmath>
 
 namespace {
 const QString KeyAction = QStringLiteral("action");
@@ -22,36 +22,36 @@ void SessionStage::addStep(SessionStep *step)
     if (!step)
         return;
     m_steps.append(step);
-    recompute();
-}
-
-void SessionStage::recompute()
-{
-    m_correctCount = m_lateCount = m_errorCount = m_missedCount = 0;
-    double allowedTotal = 0;
-    QList<double> reactions;
-    reactions.reserve(m_steps.size());
-    for (const SessionStep *step : qAsConst(m_steps)) {
-        switch (step->outcome()) {
-        case SessionStep::Missed:
-            ++m_missedCount;
-            break;
-        case SessionStep::Late:
-            ++m_lateCount;
-            break;
-        case SessionStep::Error:
-            ++m_errorCount;
-            break;
-        case SessionStep::Correct:
-            ++m_correctCount;
-            break;
-        }
-        allowedTotal += step->t / 1000.0;
-        // Every step enters M and D, missed ones too: M is the plain mean of all reactions.
-        reactions.append(step->r / 1000.0);
+    switch (step->outcome()) {
+    case SessionStep::Missed:
+        ++m_missedCount;
+        break;
+    case SessionStep::Late:
+        ++m_lateCount;
+        break;
+    case SessionStep::Error:
+        ++m_errorCount;
+        break;
+    case SessionStep::Correct:
+        ++m_correctCount;
+        break;
     }
-    m_speedStep = m_steps.isEmpty() ? 0.0 : allowedTotal / m_steps.size();
-    m_d_cko(reactions, &m_reactionMean, &m_reactionVariance, &m_reactionSigma);
+    const double n = m_steps.size();
+    // The sums grow in step order, as a pass over all steps would add them: the means come out
+    // to the last bit as a full recomputation gives them.
+    m_allowedTotal += step->t / 1000.0;
+    m_speedStep = m_allowedTotal / n;
+    // Every step enters M and D, missed ones too: M is the plain mean of all reactions.
+    const double reaction = step->r / 1000.0;
+    m_reactionTotal += reaction;
+    m_reactionMean = m_reactionTotal / n;
+    // Welford's update keeps D as exact as the two-pass sum without visiting the steps again;
+    // one step gives 0 / 0, a NaN, as the sample variance of one value does.
+    const double delta = reaction - m_runningMean;
+    m_runningMean += delta / n;
+    m_squaredDeviations += delta * (reaction - m_runningMean);
+    m_reactionVariance = m_squaredDeviations / (n - 1);
+    m_reactionSigma = std::sqrt(m_reactionVariance);
 }
 
 QJsonObject SessionStage::toJson() const

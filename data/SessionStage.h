@@ -9,8 +9,9 @@ class QJsonObject;
 
 // One run of a script stage: what the box announced and reported, the steps recorded, and
 // the values derived from them. A repeated stage is a further SessionStage. The derived values
-// are never stored; they are recomputed from all steps on each addStep, so a stage read from
-// a file gets exactly the values it had during the run. The stage owns its steps.
+// are never stored; each addStep brings them up to date from running sums, in the same order
+// for a stage read from a file as during the run, so it gets exactly the values it had then.
+// The stage owns its steps.
 class SessionStage
 {
 public:
@@ -23,7 +24,8 @@ public:
     int stepCount = 0; // steps the box announced; only an announcement
     QString action;    // the box's word for its transfer, verbatim; empty until reported
 
-    // Takes ownership, classes the step and recomputes every derived value from scratch.
+    // Takes ownership, classes the step and updates the derived values; the cost is the same
+    // whatever the stage's length.
     void addStep(SessionStep *step);
     const QList<SessionStep *> &steps() const { return m_steps; }
 
@@ -40,9 +42,11 @@ public:
     static SessionStage *fromJson(const QJsonObject &object);
 
 private:
-    void recompute();
-
     QList<SessionStep *> m_steps;
+    double m_allowedTotal = 0;
+    double m_reactionTotal = 0;
+    double m_runningMean = 0;
+    double m_squaredDeviations = 0;
     double m_speedStep = 0;
     double m_reactionMean = 0;
     double m_reactionVariance = 0;

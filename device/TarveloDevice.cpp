@@ -2,6 +2,7 @@
 
 #include "DeviceProtocol.h"
 #include "PortCatalog.h"
+#include "PortPermission.h"
 #include "ScriptUploader.h"
 #include "data/TarveloCommon.h"
 
@@ -35,7 +36,8 @@ TarveloDevice::TarveloDevice(int comPort, QObject *parent)
     m_connections << connect(&m_connectionTimer, &QTimer::timeout, this,
                              &TarveloDevice::connectionTimerHandler, Qt::QueuedConnection);
     m_connectionTimer.start();
-    connectionTimerHandler();
+    // The first search waits for the event loop, so that the window is on screen first.
+    QTimer::singleShot(0, this, &TarveloDevice::connectionTimerHandler);
     m_connections << connect(&m_message, &TarveloMessage::messageReceived, this,
                              &TarveloDevice::handleMessage, Qt::DirectConnection);
     m_uploader = new ScriptUploader(
@@ -198,6 +200,8 @@ void TarveloDevice::tryCandidate(const PortCandidate &candidate)
     port->setStopBits(QSerialPort::OneStop);
     port->setFlowControl(QSerialPort::NoFlowControl);
     if (!port->open(QIODevice::ReadWrite)) {
+        if (port->error() == QSerialPort::PermissionError)
+            reportRefusal(port);
         port->close();
         port->deleteLater();
         return;
@@ -271,6 +275,19 @@ void TarveloDevice::handlePortError(QSerialPort *port, QSerialPort::SerialPortEr
         port->close();
         port->deleteLater();
     });
+}
+
+void TarveloDevice::reportRefusal(const QSerialPort *port)
+{
+    const QString name = port->portName();
+    // A lost link's port that this object still holds is no matter of rights (Windows would
+    // take it for another program's).
+    const bool heldHere = m_port && m_port->portName() == name;
+    if (heldHere || m_refusedPorts.contains(name) || !PortPermission::refusesUser(name))
+        return;
+    const QString group = PortPermission::groupToJoin(name);
+    m_refusedPorts.insert(name, group);
+    emit portRefused(name, group);
 }
 
 void TarveloDevice::receive(const QByteArray &bytes)

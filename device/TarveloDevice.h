@@ -5,6 +5,7 @@
 
 #include <QDate>
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <QSerialPort>
 #include <QString>
@@ -38,6 +39,8 @@ public:
     bool flashAll() const { return m_flashAll; }
     bool soundErrors() const { return m_soundErrors; }
     int comPort() const { return m_comPort; }
+    // The ports that exist but refuse this user, each with the group to join (see portRefused).
+    QMap<QString, QString> refusedPorts() const { return m_refusedPorts; }
 
     // Acts at the next search pass; a live link isn't touched.
     void setComPort(int comPort) { m_comPort = comPort; }
@@ -83,6 +86,9 @@ signals:
     // An upload stopped at a command that didn't go out; the script isn't started.
     void uploadFailed();
     void onMessage(const QString &msg);
+    // A port exists but refuses this user; told once per port, and the search goes on. The group
+    // is the one to join, empty where no group applies (Windows: another program holds the port).
+    void portRefused(const QString &portName, const QString &group);
 
 protected:
     // The date that goes into a serial number written to a box without one.
@@ -98,6 +104,7 @@ private:
     void handleCandidateReply(QSerialPort *port, TarveloMessage *splitter);
     void takeLink(QSerialPort *port);
     void handlePortError(QSerialPort *port, QSerialPort::SerialPortError error);
+    void reportRefusal(const QSerialPort *port);
 
     void handleSerialNumber(const QString &msg);
     void handleSettings(const QString &msg);
@@ -119,6 +126,7 @@ private:
     ConnectionHelper m_searchConnections;
     ConnectionHelper m_portConnections;
     QVector<QSerialPort *> m_searchPorts;
+    QMap<QString, QString> m_refusedPorts;
     TarveloMessage m_message;
     QSerialPort *m_port = nullptr;
     ScriptUploader *m_uploader = nullptr;

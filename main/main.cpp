@@ -1,14 +1,9 @@
-#include "foundation/AppHelper.h"
 #include "foundation/FileUtilities.h"
-#include "foundation/LanguageContext.h"
-#include "ui/AppStyle.h"
 #include "ui/MainWindow.h"
+#include "ui/ProgramStart.h"
 
 #include <QApplication>
-#include <QPainter>
-#include <QPixmap>
-#include <QSplashScreen>
-#include <QTextOption>
+#include <QIcon>
 
 int main(int argc, char *argv[])
 {
@@ -20,22 +15,9 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("Tarvelo"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TARVELO_VERSION));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/resources/tarvelo.png")));
+    // Ties the window to the installed menu entry and its icon on Wayland.
+    QGuiApplication::setDesktopFileName(QStringLiteral("tarvelo"));
 
-    QPixmap pixmap(QStringLiteral(":/resources/tarvelo-splash.png"));
-    QPainter painter(&pixmap);
-    painter.setPen(QPen(QBrush(QColor(0xCCFF)), 3.0));
-    painter.drawText(QRectF(0, 0, pixmap.width() - 58, pixmap.height() - 74),
-                     AppHelper::appVersion(true), QTextOption(Qt::AlignRight | Qt::AlignBottom));
-    QSplashScreen splash(pixmap);
-    splash.show();
-
-    // The hyphen is deliberate: no key matches it, so the system's language decides.
-    LanguageContext::setLanguage(QStringLiteral("ru-RU"));
-
-    AppStyle::apply(app);
-
-    MainWindow window;
-    splash.finish(&window);
-    window.show();
+    const std::unique_ptr<MainWindow> window = ProgramStart::showMainWindow(app);
     return app.exec();
 }

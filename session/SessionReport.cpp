@@ -2,10 +2,7 @@
 
 #include "ReportTexts.h"
 #include "SessionSummary.h"
-#include "data/StageTransfer.h"
 #include "data/TarveloSession.h"
-
-#include <QCoreApplication>
 
 #include <cmath>
 
@@ -19,48 +16,9 @@ const QString StyleBlock = QStringLiteral(
 const QString HeadingDateFormat = QStringLiteral("yyyy/MM/dd HH:mm");
 const QString Dash = QStringLiteral("-");
 
-// The box's transfer words, their shown text (translated when it is a word) and colour class.
-struct TransferKind
-{
-    const QString &action;
-    const char *text;
-    const char *cssClass;
-};
-const TransferKind TransferKinds[] = {
-    {StageTransfer::Action::Stop, QT_TRANSLATE_NOOP("TarveloSessionWidget", "Стоп"), "err"},
-    {StageTransfer::Action::MaxRepeats, QT_TRANSLATE_NOOP("TarveloSessionWidget", "Макс.повторов"),
-     "err"},
-    {StageTransfer::Action::Repeat, QT_TRANSLATE_NOOP("TarveloSessionWidget", "Повтор"), "bad0"},
-    {StageTransfer::Action::BackTwo, nullptr, "bad2"},
-    {StageTransfer::Action::BackOne, nullptr, "bad1"},
-    {StageTransfer::Action::NextOne, nullptr, "good1"},
-    {StageTransfer::Action::NextTwo, nullptr, "good2"},
-};
-
-QString fixed(double value, int decimals)
-{
-    return QString::number(value, 'f', decimals);
-}
-
-// Session-level cells put "-" where a figure doesn't exist, such as D over a single stage.
-QString fixedOrDash(double value, int decimals)
-{
-    return std::isnan(value) ? Dash : fixed(value, decimals);
-}
-
 QVariant numberOrDash(double value)
 {
     return std::isnan(value) ? QVariant(Dash) : QVariant(value);
-}
-
-QString countText(int count)
-{
-    return count == 0 ? Dash : QString::number(count);
-}
-
-QString rowNumber(int n)
-{
-    return QString::number(n).rightJustified(2, QLatin1Char('0'));
 }
 
 QString td(const QString &content)
@@ -77,19 +35,23 @@ QString emptyGreyCells(int count)
 {
     return QStringLiteral("<td class=\"lg\"></td>").repeated(count);
 }
+
+QString span(const QString &text, const QString &cssClass)
+{
+    return QStringLiteral("<span class=\"") + cssClass + QStringLiteral("\">")
+        + text.toHtmlEscaped() + QStringLiteral("</span>");
+}
 } // namespace
 
 SessionReport::SessionReport(const TarveloSession &session)
     : m_exportable(session.finished() || session.loaded())
 {
-    const ReportTexts &texts = ReportTexts::instance();
-    m_title = heading(session, texts.sessionWord);
+    m_title = heading(session, ReportTexts::instance().sessionWord);
     const SessionSummary summary(session);
-    m_html = StyleBlock;
-    addStageTable(session, summary);
-    addReactionMatrix(summary);
-    if (session.finished())
-        m_html += QStringLiteral("<br><h3>") + texts.finishLine + QStringLiteral("</h3>");
+    m_content = ReportContent(session, summary);
+    m_html = html(m_content);
+    if (m_exportable)
+        makeExportTable(session, summary);
 }
 
 QString SessionReport::heading(const TarveloSession &session, const QString &sessionWord)
@@ -101,137 +63,124 @@ QString SessionReport::heading(const TarveloSession &session, const QString &ses
 
 QString SessionReport::transferMark(const QString &action)
 {
-    QString text = action;
-    QString cssClass;
-    for (const TransferKind &kind : TransferKinds) {
-        if (action == kind.action) {
-            if (kind.text)
-                text = QCoreApplication::translate("TarveloSessionWidget", kind.text);
-            cssClass = QLatin1String(kind.cssClass);
-            break;
-        }
-    }
-    return QStringLiteral("<span class=\"") + cssClass + QStringLiteral("\">")
-        + text.toHtmlEscaped() + QStringLiteral("</span>");
+    const ReportContent::Transfer mark = ReportContent::transfer(action);
+    return span(mark.text, mark.cssClass);
 }
 
-void SessionReport::addExportRow(const XLSXHelper::Row &row)
+const QString &SessionReport::styleBlock()
 {
-    if (m_exportable)
-        m_exportTable.append(row);
+    return StyleBlock;
 }
 
-void SessionReport::addStageTable(const TarveloSession &session, const SessionSummary &summary)
+QString SessionReport::html(const ReportContent &content)
 {
     const ReportTexts &texts = ReportTexts::instance();
-    QString &html = m_html;
+    QString html = StyleBlock;
 
     // The header row is never closed: reports have always been shown and printed that way.
-    html += QStringLiteral("<table width=\"99.5%\" style=\"margin-top: 8px\"><tr>");
-    XLSXHelper::Row headerRow;
+    const QString tableOpening = QStringLiteral("<table width=\"")
+        + QString::number(TableWidthPercent) + QStringLiteral("%\"");
+    html += tableOpening + QStringLiteral(" style=\"margin-top: ")
+        + QString::number(StageTableMarginTop) + QStringLiteral("px\"><tr>");
     for (int i = 0; i < texts.headers.size(); ++i) {
         const QString attribute = i == 0 ? QStringLiteral(" width=\"1%\"")
             : i == 1                     ? QString()
                                          : QStringLiteral(" class=\"r\"");
         html += QStringLiteral("<th") + attribute + QLatin1Char('>') + texts.headers.at(i)
             + QStringLiteral("</th>");
-        headerRow << texts.headers.at(i);
     }
-    addExportRow(headerRow);
-
-    const QList<SessionStage *> stages = session.stages();
-    for (int i = 0; i < stages.size(); ++i) {
-        const SessionStage &stage = *stages.at(i);
-        const int n = i + 1;
-        const QString stageName = texts.stageWord + QLatin1Char(' ') + QString::number(stage.index);
-        const QString speed =
-            QString::number(stage.index) + QStringLiteral(" - ") + fixed(stage.speedStep(), 3);
-        // A single step's D is NaN and shows as Qt prints it; only the session figures dash it.
-        html += QStringLiteral("<tr><td>") + rowNumber(n) + QStringLiteral("</td><td>") + stageName
-            + QStringLiteral("</td>")
-            + td(QString::number(stage.steps().size()) + QLatin1Char('/')
-                 + QString::number(stage.stepCount))
-            + td(QString::number(stage.correctCount())) + td(QString::number(stage.lateCount()))
-            + td(QString::number(stage.errorCount())) + td(QString::number(stage.missedCount()))
-            + td(fixed(stage.reactionMean(), 3)) + td(fixed(stage.reactionVariance(), 3))
-            + td(speed) + td(transferMark(stage.action)) + QStringLiteral("</tr>");
-        addExportRow({n, stageName, int(stage.steps().size()), double(stage.correctCount()),
-                      double(stage.lateCount()), double(stage.errorCount()),
-                      double(stage.missedCount()), numberOrDash(stage.reactionMean()),
-                      numberOrDash(stage.reactionVariance()), speed, stage.action});
+    for (const ReportContent::StageRow &row : content.stages) {
+        const QStringList &cells = row.cells;
+        html += QStringLiteral("<tr><td>") + cells.at(0) + QStringLiteral("</td><td>") + cells.at(1)
+            + QStringLiteral("</td>");
+        for (int i = 2; i < cells.size() - 1; ++i)
+            html += td(cells.at(i));
+        html += td(span(cells.constLast(), row.transferClass)) + QStringLiteral("</tr>");
     }
 
     html += QStringLiteral("<tr><td colspan=2 class=\"r lg\">Σ</td>");
-    XLSXHelper::Row sumRow {QString(), QString()};
-    for (int column = 0; column < SessionSummary::SummedColumnCount; ++column) {
-        const auto c = SessionSummary::Column(column);
-        html += greyTd(fixedOrDash(summary.columnSum(c), 0));
-        sumRow << summary.roundedColumnSum(c);
-    }
+    for (const QString &sum : content.sums)
+        html += greyTd(sum);
     html += emptyGreyCells(4) + QStringLiteral("</tr>");
-    addExportRow(sumRow);
-
-    using Figures = SessionSummary::Figures;
-    const double Figures::*const members[] = {&Figures::m, &Figures::d, &Figures::sigma};
-    for (int k = 0; k < texts.statisticLabels.size(); ++k) {
-        const QString &label = texts.statisticLabels.at(k);
-        html +=
-            QStringLiteral("<tr><td colspan=2 class=\"r lg\">") + label + QStringLiteral("</td>");
-        XLSXHelper::Row row {QString(), label};
-        for (int column = 0; column < SessionSummary::ColumnCount; ++column) {
-            const double value = summary.figures(SessionSummary::Column(column)).*members[k];
-            html += greyTd(fixedOrDash(value, 2));
-            row << numberOrDash(value);
-        }
+    for (int k = 0; k < content.statistics.size(); ++k) {
+        html += QStringLiteral("<tr><td colspan=2 class=\"r lg\">") + texts.statisticLabels.at(k)
+            + QStringLiteral("</td>");
+        for (const QString &value : content.statistics.at(k))
+            html += greyTd(value);
         html += emptyGreyCells(3) + QStringLiteral("</tr>");
-        addExportRow(row);
     }
     html += QStringLiteral("</table>");
-}
 
-void SessionReport::addReactionMatrix(const SessionSummary &summary)
-{
-    const ReportTexts &texts = ReportTexts::instance();
-    QString &html = m_html;
-    // Button 9 (none) is counted but not shown.
-    const int shown = SessionSummary::ButtonSlots - 1;
-
-    html += QStringLiteral("<br><table width=\"99.5%\"><tr><th rowspan=\"2\"></th><th colspan=\"")
-        + QString::number(shown) + QStringLiteral("\">") + texts.matrixHeading
-        + QStringLiteral("</th></tr><tr>");
-    addExportRow({});
-    addExportRow({texts.matrixHeading});
-
-    XLSXHelper::Row namesRow {QString()};
-    for (int i = 0; i < shown; ++i) {
+    const int shown = content.matrix.size();
+    html += QStringLiteral("<br>") + tableOpening
+        + QStringLiteral("><tr><th rowspan=\"2\"></th><th colspan=\"") + QString::number(shown)
+        + QStringLiteral("\">") + texts.matrixHeading + QStringLiteral("</th></tr><tr>");
+    for (int i = 0; i < shown; ++i)
         html += QStringLiteral("<th class=r>") + texts.buttonNames.at(i) + QStringLiteral("</th>");
-        namesRow << texts.buttonNames.at(i);
-    }
-    addExportRow(namesRow);
-
     html += QStringLiteral("</tr><tr><th class=\"r\">") + texts.matrixRowLabel
         + QStringLiteral("</th>");
-    XLSXHelper::Row requiredRow {texts.matrixRowLabel};
-    for (int i = 0; i < shown; ++i) {
-        const QString count = countText(summary.requiredCounts()[i]);
+    for (const QString &count : content.requiredCounts)
         html += QStringLiteral("<th class=r>") + count + QStringLiteral("</th>");
-        requiredRow << count;
-    }
     html += QStringLiteral("</tr>");
-    addExportRow(requiredRow);
-
     for (int i = 0; i < shown; ++i) {
         html +=
             QStringLiteral("<tr><th class=r>") + texts.buttonNames.at(i) + QStringLiteral("</th>");
-        XLSXHelper::Row row {texts.buttonNames.at(i)};
-        for (int j = 0; j < shown; ++j) {
-            const QString count = countText(summary.reactionMatrix()[i][j]);
+        for (int j = 0; j < shown; ++j)
             html += QStringLiteral("<td class=\"r ") + (i == j ? QStringLiteral(" bbg") : QString())
-                + QStringLiteral("\">") + count + QStringLiteral("</td>");
-            row << count;
-        }
+                + QStringLiteral("\">") + content.matrix.at(i).at(j) + QStringLiteral("</td>");
         html += QStringLiteral("</tr>");
-        addExportRow(row);
     }
     html += QStringLiteral("</table>");
+
+    if (content.finished)
+        html += QStringLiteral("<br><h3>") + texts.finishLine + QStringLiteral("</h3>");
+    return html;
+}
+
+void SessionReport::makeExportTable(const TarveloSession &session, const SessionSummary &summary)
+{
+    const ReportTexts &texts = ReportTexts::instance();
+    m_exportTable.append(XLSXHelper::Row(texts.headers.cbegin(), texts.headers.cend()));
+
+    const QList<SessionStage *> &stages = session.stages();
+    for (int i = 0; i < stages.size(); ++i) {
+        const SessionStage &stage = *stages.at(i);
+        const QStringList &cells = m_content.stages.at(i).cells;
+        m_exportTable.append({i + 1, cells.at(1), int(stage.steps().size()),
+                              double(stage.correctCount()), double(stage.lateCount()),
+                              double(stage.errorCount()), double(stage.missedCount()),
+                              numberOrDash(stage.reactionMean()),
+                              numberOrDash(stage.reactionVariance()), cells.at(9), stage.action});
+    }
+
+    XLSXHelper::Row sumRow {QString(), QString()};
+    for (int column = 0; column < SessionSummary::SummedColumnCount; ++column)
+        sumRow << summary.roundedColumnSum(SessionSummary::Column(column));
+    m_exportTable.append(sumRow);
+    using Figures = SessionSummary::Figures;
+    const double Figures::*const members[] = {&Figures::m, &Figures::d, &Figures::sigma};
+    for (int k = 0; k < texts.statisticLabels.size(); ++k) {
+        XLSXHelper::Row row {QString(), texts.statisticLabels.at(k)};
+        for (int column = 0; column < SessionSummary::ColumnCount; ++column)
+            row << numberOrDash(summary.figures(SessionSummary::Column(column)).*members[k]);
+        m_exportTable.append(row);
+    }
+
+    m_exportTable.append(XLSXHelper::Row());
+    m_exportTable.append(XLSXHelper::Row {texts.matrixHeading});
+    const int shown = m_content.matrix.size();
+    XLSXHelper::Row namesRow {QString()};
+    for (int i = 0; i < shown; ++i)
+        namesRow << texts.buttonNames.at(i);
+    m_exportTable.append(namesRow);
+    XLSXHelper::Row requiredRow {texts.matrixRowLabel};
+    for (const QString &count : m_content.requiredCounts)
+        requiredRow << count;
+    m_exportTable.append(requiredRow);
+    for (int i = 0; i < shown; ++i) {
+        XLSXHelper::Row row {texts.buttonNames.at(i)};
+        for (const QString &count : m_content.matrix.at(i))
+            row << count;
+        m_exportTable.append(row);
+    }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ReportContent.h"
 #include "foundation/XLSXHelper.h"
 
 #include <QString>
@@ -21,6 +22,7 @@ public:
     // The heading with the report's session word.
     const QString &title() const { return m_title; }
     const QString &html() const { return m_html; }
+    const ReportContent &content() const { return m_content; }
     // Finished or loaded: only then is there a table to export.
     bool isExportable() const { return m_exportable; }
     // Empty unless exportable.
@@ -34,12 +36,19 @@ public:
     // <span class="good1">+1</span>; an unknown or empty word stands as it is, class "".
     static QString transferMark(const QString &action);
 
+    // The report HTML of the given cells.
+    static QString html(const ReportContent &content);
+    // The space above the stage table, and the share of the width that both tables take.
+    static constexpr int StageTableMarginTop = 8;
+    static constexpr double TableWidthPercent = 99.5;
+    // The style block at the head of the HTML: the one statement of the report's colours.
+    static const QString &styleBlock();
+
 private:
-    void addStageTable(const TarveloSession &session, const SessionSummary &summary);
-    void addReactionMatrix(const SessionSummary &summary);
-    void addExportRow(const XLSXHelper::Row &row);
+    void makeExportTable(const TarveloSession &session, const SessionSummary &summary);
 
     QString m_title;
+    ReportContent m_content;
     QString m_html;
     bool m_exportable = false;
     XLSXHelper::Rows m_exportTable;

@@ -236,10 +236,10 @@ void FaultsTest::pulledPortIsFoundAgainAndTheSessionStillEnds()
     QVERIFY(second.start({"--link", link}));
     QTRY_VERIFY_WITH_TIMEOUT(model()->device()->isConnected(), WinMs);
     // Found by the first pass that saw it: greeted once.
-    QCOMPARE(second.count(QStringLiteral("tarvelo")), 1);
+    QCOMPARE(second.commands().count(QStringLiteral("tarvelo")), 1);
     QVERIFY(!statusLine().contains(QStringLiteral("потеряна")) && model()->sessionRunning());
     model()->abortSession();
-    QTRY_COMPARE(second.count(QStringLiteral("stop")), 1);
+    QTRY_COMPARE(second.commands().count(QStringLiteral("stop")), 1);
     QCOMPARE(storedStages(sessionPath()), 2);
 }
 
@@ -270,12 +270,12 @@ void FaultsTest::textFromTheBox()
     // Shown and printed as text.
     const TarveloSessionWidget *view = page()->sessionWidget();
     QVERIFY(view->titleLabel()->text().contains(title.toHtmlEscaped()));
-    QVERIFY(view->reportLabel()->text().contains(QStringLiteral(">&lt;b&gt;</span>")));
+    QVERIFY(view->reportHtml().contains(QStringLiteral(">&lt;b&gt;</span>")));
     QTemporaryDir out;
     const QString pdf = out.filePath(QStringLiteral("report.pdf"));
     const QString subject = QStringLiteral("<i>Иванов</i>");
     QVERIFY(SessionExport::writePdf(
-        SessionExport::pdfHtml(*model()->session(), view->reportLabel()->text(), subject), pdf));
+        SessionExport::pdfHtml(*model()->session(), view->reportHtml(), subject), pdf));
     QProcess text;
     text.start(QStringLiteral("pdftotext"), {"-enc", "UTF-8", pdf, "-"});
     QVERIFY(text.waitForFinished());

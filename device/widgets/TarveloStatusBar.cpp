@@ -27,6 +27,10 @@ TarveloStatusBar::TarveloStatusBar(TarveloDevice *device, QWidget *parent)
     m_button->setStyleSheet(QStringLiteral("padding: 0; border:0; background: transparent"));
     connect(m_button, &QPushButton::clicked, this, &TarveloStatusBar::tarveloClicked);
 
+    m_refusal = new QLabel;
+    m_refusal->setObjectName(QStringLiteral("portRefusal"));
+    m_refusal->setStyleSheet(QStringLiteral("color: #CC3300"));
+
     m_progressBar = new QProgressBar;
     m_progressBar->setFixedHeight(24);
     m_progressBar->hide();
@@ -39,6 +43,7 @@ TarveloStatusBar::TarveloStatusBar(TarveloDevice *device, QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 8, 8, 8);
     layout->addWidget(m_button);
+    layout->addWidget(m_refusal);
     layout->addSpacing(16);
     layout->addWidget(m_notice);
     layout->addStretch(100);
@@ -51,9 +56,9 @@ TarveloStatusBar::TarveloStatusBar(TarveloDevice *device, QWidget *parent)
         << connect(m_device, &TarveloDevice::gotVersion, this, &TarveloStatusBar::updateStatus)
         << connect(m_device, &TarveloDevice::gotSerialNumber, this, &TarveloStatusBar::updateStatus)
         << connect(m_device, &TarveloDevice::loadProgress, this, &TarveloStatusBar::showProgress)
-        << connect(m_device, &TarveloDevice::uploadFailed, this, [this] {
-               showNotice(tr("Сценарий не загружен: связь с устройством прервалась"));
-           });
+        << connect(m_device, &TarveloDevice::uploadFailed, this,
+                   [this] { showNotice(tr("Сценарий не загружен: связь с устройством прервалась")); })
+        << connect(m_device, &TarveloDevice::portRefused, this, &TarveloStatusBar::updateStatus);
     updateStatus();
 }
 
@@ -74,6 +79,21 @@ QString TarveloStatusBar::statusText(const TarveloDevice *device)
     return text;
 }
 
+QString TarveloStatusBar::refusalText(const TarveloDevice *device)
+{
+    const QMap<QString, QString> refused = device->refusedPorts();
+    if (refused.isEmpty())
+        return QString();
+    const QString ports = refused.keys().join(QStringLiteral(", "));
+    // One system gives its serial ports one group.
+    const QString group = refused.first();
+    if (group.isEmpty())
+        return tr("Порт %1 недоступен: его занимает другая программа.").arg(ports);
+    return tr("Нет прав на порт %1: добавьте пользователя в группу «%2» и войдите в систему "
+              "заново.")
+        .arg(ports, group);
+}
+
 void TarveloStatusBar::updateStatus()
 {
     const bool connected = m_device->isConnected();
@@ -81,6 +101,9 @@ void TarveloStatusBar::updateStatus()
         MediaHelper::icon(connected ? QStringLiteral(":/resources/Images/connected.svg")
                                     : QStringLiteral(":/resources/Images/disconnected.svg")));
     m_button->setText(statusText(m_device));
+    // Only worth reading while the box is missing.
+    m_refusal->setText(connected ? QString() : refusalText(m_device));
+    m_refusal->setVisible(!m_refusal->text().isEmpty());
 }
 
 void TarveloStatusBar::showProgress(int progress)

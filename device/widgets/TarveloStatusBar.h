@@ -11,7 +11,8 @@ class TarveloDevice;
 
 // The strip under the pages: whether the box is connected, with its serial number, version and
 // port, the progress of a script upload, and a notice of what has just happened (an upload cut
-// off, a file exported, with a link that shows that file in its folder).
+// off, a file exported, with a link that shows that file in its folder). While no box is
+// connected it also says which port refused this user and how to get the right to it.
 class TarveloStatusBar : public QWidget
 {
     Q_OBJECT
@@ -29,6 +30,8 @@ signals:
     void tarveloClicked();
 
 private:
+    // Which ports refuse this user and what would help; empty when none does.
+    static QString refusalText(const TarveloDevice *device);
     void updateStatus();
     void showProgress(int progress);
     void showNotice(const QString &text, const QString &file = QString());
@@ -36,6 +39,7 @@ private:
     TarveloDevice *m_device;
     ConnectionHelper m_connections;
     QPushButton *m_button = nullptr;
+    QLabel *m_refusal = nullptr;
     QProgressBar *m_progressBar = nullptr;
     QLabel *m_notice = nullptr;
     QString m_noticeFile;

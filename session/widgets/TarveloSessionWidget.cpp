@@ -5,13 +5,21 @@
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "foundation/widgets/NScrollViewer.h"
+#include "session/ReportTexts.h"
 #include "session/SessionReport.h"
+#include "session/SessionSummary.h"
+#include "session/widgets/SessionReportView.h"
 
 #include <QCheckBox>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
+
+namespace {
+// One frame of a 60 Hz screen.
+constexpr int FrameMs = 16;
+} // namespace
 
 TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     : QWidget(parent)
@@ -29,12 +37,10 @@ TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     connect(m_exportButton, &QPushButton::clicked, this, &TarveloSessionWidget::exportSession);
 
     m_titleLabel = new QLabel;
-    m_reportLabel = new QLabel;
-    m_reportLabel->setContentsMargins(0, 0, 0, 0);
-    m_reportLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_reportView = new SessionReportView;
     auto *viewer = new NScrollViewer(Qt::Vertical);
     viewer->setTransparentBackground(false);
-    viewer->add(m_reportLabel);
+    viewer->add(m_reportView);
 
     setContentsMargins(0, 0, 0, 0);
     auto *grid = new QGridLayout(this);
@@ -55,6 +61,9 @@ TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
         m_hasRecordOption = true;
     }
     m_recordCheckBox->setVisible(m_hasRecordOption);
+    m_pendingUpdate.setSingleShot(true);
+    m_pendingUpdate.setInterval(FrameMs);
+    connect(&m_pendingUpdate, &QTimer::timeout, this, &TarveloSessionWidget::updateReport);
 }
 
 void TarveloSessionWidget::setSession(TarveloSession *session)
@@ -65,30 +74,49 @@ void TarveloSessionWidget::setSession(TarveloSession *session)
 
 void TarveloSessionWidget::onSessionUpdated()
 {
-    m_session = m_model->session();
+    TarveloSession *session = m_model->session();
     // The box follows the session object: a click made before any session is put back here.
-    if (m_session)
-        m_recordCheckBox->setChecked(m_session->doNotRecord());
-    updateReport();
+    if (session)
+        m_recordCheckBox->setChecked(session->doNotRecord());
+    // A new run and its end show at once; the reports in between, which can come faster than
+    // the screen is drawn, are gathered into at most one update a frame.
+    if (session != m_session || !session || session->finished()) {
+        m_session = session;
+        updateReport();
+    } else if (!m_pendingUpdate.isActive()) {
+        m_pendingUpdate.start();
+    }
 }
 
 void TarveloSessionWidget::updateReport()
 {
+    m_pendingUpdate.stop();
     if (!m_session) {
         m_titleLabel->hide();
         m_exportButton->hide();
         m_recordCheckBox->setVisible(m_hasRecordOption);
-        m_reportLabel->setText(QString());
+        m_reportView->setContent(nullptr);
         return;
     }
-    const SessionReport report(*m_session);
-    if (report.isExportable())
-        m_exportTable = report.exportTable();
-    m_titleLabel->setText(report.title());
+    const bool exportable = m_session->finished() || m_session->loaded();
+    m_titleLabel->setText(SessionReport::heading(*m_session, ReportTexts::instance().sessionWord));
     m_titleLabel->show();
-    m_exportButton->setVisible(report.isExportable());
-    m_recordCheckBox->setVisible(m_hasRecordOption && !report.isExportable());
-    m_reportLabel->setText(report.html());
+    m_exportButton->setVisible(exportable);
+    m_recordCheckBox->setVisible(m_hasRecordOption && !exportable);
+    // A running session's view needs its cells alone; the export table comes with its end.
+    if (exportable) {
+        const SessionReport report(*m_session);
+        m_exportTable = report.exportTable();
+        m_reportView->setContent(&report.content());
+    } else {
+        const ReportContent content(*m_session, SessionSummary(*m_session));
+        m_reportView->setContent(&content);
+    }
+}
+
+QString TarveloSessionWidget::reportHtml() const
+{
+    return m_reportView->isEmpty() ? QString() : SessionReport::html(m_reportView->content());
 }
 
 QString TarveloSessionWidget::chooseExportFile(const QString &path, const QStringList &filters,
@@ -104,7 +132,7 @@ void TarveloSessionWidget::exportSession()
     if (!m_session || !(m_session->finished() || m_session->loaded()))
         return;
     // The view of a stored session has no model of its own and exports for the application's.
-    const SessionExportCommand command(*m_session, m_exportTable, m_reportLabel->text(),
+    const SessionExportCommand command(*m_session, m_exportTable, reportHtml(),
                                        m_model ? m_model : TarveloModel::instance());
     const QString written =
         command.run([this](const QString &path, const QStringList &filters, QString *filter) {

@@ -3,20 +3,22 @@
 #include "foundation/ConnectionHelper.h"
 
 #include <QList>
+#include <QTimer>
 #include <QVariant>
 #include <QWidget>
 
 class QCheckBox;
 class QLabel;
 class QPushButton;
+class SessionReportView;
 class SessionStatusLine;
 class TarveloModel;
 class TarveloSession;
 
-// The live report of the model's session, rebuilt whole on every change; and, without a model,
-// the view of a stored session on the subject page. While a session runs the operator can tick
-// "do not record"; once it has ended the Export button takes that place. The live view also has
-// a status line on where the session stands on disk and on the link to the box.
+// The live report of the model's session, brought up to date at most once a frame; and, without a
+// model, the view of a stored session on the subject page. While a session runs the operator can
+// tick "do not record"; once it has ended the Export button takes that place. The live view also
+// has a status line on where the session stands on disk and on the link to the box.
 class TarveloSessionWidget : public QWidget
 {
     Q_OBJECT
@@ -31,7 +33,9 @@ public:
     QList<QList<QVariant>> exportTable() const { return m_exportTable; }
 
     QLabel *titleLabel() const { return m_titleLabel; }
-    QLabel *reportLabel() const { return m_reportLabel; }
+    // The report HTML of what the view shows, as the PDF prints it.
+    QString reportHtml() const;
+    SessionReportView *reportView() const { return m_reportView; }
     QPushButton *exportButton() const { return m_exportButton; }
     QCheckBox *recordCheckBox() const { return m_recordCheckBox; }
     // Null without a model.
@@ -53,7 +57,7 @@ private:
     void onSessionUpdated();
 
     TarveloModel *m_model;
-    QLabel *m_reportLabel = nullptr;
+    SessionReportView *m_reportView = nullptr;
     QLabel *m_titleLabel = nullptr;
     ConnectionHelper m_connections;
     TarveloSession *m_session = nullptr;
@@ -62,4 +66,5 @@ private:
     SessionStatusLine *m_statusLine = nullptr;
     QList<QList<QVariant>> m_exportTable;
     bool m_hasRecordOption = false;
+    QTimer m_pendingUpdate;
 };

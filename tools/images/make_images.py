@@ -12,7 +12,6 @@ in PATH and lacks Pillow):
 It (re)writes:
     resources/Images/stims/*.png   stimulus lamps, sounds and the two pedals (64x64)
     resources/tarvelo-splash.png   splash screen (600x360)
-    resources/tarvelo.png          window icon (256x256)
 
 The build does not run this script; its output is committed. Everything is
 drawn at SS times the final size and scaled down, which gives smooth edges.
@@ -289,7 +288,7 @@ def pedal_picture(side):
     return ImageOps.mirror(img) if side == "left" else img
 
 
-# ---------------------------------------------------------------- splash and icon
+# ---------------------------------------------------------------- splash
 
 
 def vertical_gradient(c, top, bottom):
@@ -343,18 +342,6 @@ def splash_picture():
     return c.result().convert("RGB")
 
 
-def icon_picture():
-    size = 256
-    c = Canvas(size, size)
-    d = c.draw()
-    d.rounded_rectangle(c.box(8, 8, 248, 248), radius=c.s(44), fill=rgb("#17293A"))
-    d.rounded_rectangle(c.box(8, 8, 248, 248), radius=c.s(44), outline=rgb("#2D4A63"), width=c.s(4))
-    lamps = [("green", 84, 84), ("red", 172, 84), ("blue", 84, 172), ("yellow", 172, 172)]
-    for name, cx, cy in lamps:
-        draw_lamp(c, cx, cy, 34, name, glow=0.8)
-    return c.result()
-
-
 # ---------------------------------------------------------------- main
 
 
@@ -376,7 +363,6 @@ def main():
     for side in ("left", "right"):
         save(pedal_picture(side), STIMS / ("pedal-%s.png" % side))
     save(splash_picture(), RES / "tarvelo-splash.png")
-    save(icon_picture(), RES / "tarvelo.png")
     return 0
 
 
