@@ -102,8 +102,11 @@ void MainWindowTest::tabsStandInFixedOrderWithTextsAndIcons()
     }
     const char *const classes[] = {"PageScript", "PageSession", "PageDatabase", "PageDevice",
                                    "PageSettings"};
-    for (int i = 0; i < tabs->count(); ++i)
-        QCOMPARE(tabs->widget(i)->metaObject()->className(), classes[i]);
+    for (int i = 0; i < tabs->count(); ++i) {
+        QWidget *page = window.page(MainWindow::Page(i));
+        QCOMPARE(page->metaObject()->className(), classes[i]);
+        QVERIFY(tabs->widget(i)->isAncestorOf(page));
+    }
 }
 
 void MainWindowTest::onlyTheDevicePageSwitchesTheStatusStreamOn()

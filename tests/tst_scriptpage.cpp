@@ -1,5 +1,5 @@
-#include "data/TarveloCommon.h"
 #include "app/TarveloModel.h"
+#include "data/TarveloCommon.h"
 #include "data/TarveloScript.h"
 #include "device/TarveloDevice.h"
 #include "frame/PlayScriptStopSessionButton.h"
@@ -377,7 +377,7 @@ void ScriptPageTest::leavingWithUnsavedEditsAsks()
     MainWindow window;
     window.show();
     window.model()->selectScript(QStringLiteral("Проба"));
-    auto *page = qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage));
+    auto *page = qobject_cast<PageScript *>(window.page(MainWindow::ScriptPage));
     page->editButton()->click();
     if (change)
         page->editor()->descriptionEdit()->setText(QStringLiteral("Новое"));

@@ -85,8 +85,8 @@ private:
 };
 
 SessionViewTest::Window::Window()
-    : scriptPage(qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage)))
-    , sessionPage(qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage)))
+    : scriptPage(qobject_cast<PageScript *>(window.page(MainWindow::ScriptPage)))
+    , sessionPage(qobject_cast<PageSession *>(window.page(MainWindow::SessionPage)))
 {
     window.setWindowState(Qt::WindowNoState);
     window.resize(1000, 700);

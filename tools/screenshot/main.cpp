@@ -100,9 +100,9 @@ bool playedEnough(const TarveloModel &model, int stages)
 // runs modally, so it is pictured and closed from within its own event loop.
 bool saveExportDialog(MainWindow &window, const QString &path, int timeoutMs)
 {
-    auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
+    auto *header = qobject_cast<HeaderedWidget *>(window.page(MainWindow::ScriptPage));
     header->playButton()->stopButton()->click();
-    auto *page = qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage));
+    auto *page = qobject_cast<PageSession *>(window.page(MainWindow::SessionPage));
     QPushButton *exportButton = page->sessionWidget()->exportButton();
     if (!waitFor([&] { return exportButton->isVisible(); }, timeoutMs))
         return false;
@@ -146,7 +146,7 @@ void fileDemoSubject(TarveloModel &model)
 bool saveDatabasePage(MainWindow &window, const QString &path)
 {
     window.tabs()->setCurrentIndex(MainWindow::DatabasePage);
-    auto *page = qobject_cast<PageDatabase *>(window.tabs()->widget(MainWindow::DatabasePage));
+    auto *page = qobject_cast<PageDatabase *>(window.page(MainWindow::DatabasePage));
     page->sessionList()->setCurrentRow(page->sessionList()->count() - 1);
     return save(window, path);
 }
@@ -154,7 +154,7 @@ bool saveDatabasePage(MainWindow &window, const QString &path)
 // The editor of the current subject, opened from the subject page.
 bool saveSubjectEditor(MainWindow &window, const QString &path)
 {
-    auto *page = qobject_cast<PageDatabase *>(window.tabs()->widget(MainWindow::DatabasePage));
+    auto *page = qobject_cast<PageDatabase *>(window.page(MainWindow::DatabasePage));
     page->editUserButton()->click();
     auto *editor = page->findChild<UserEditor *>();
     if (!editor)
@@ -257,7 +257,7 @@ int main(int argc, char *argv[])
                         : QStringLiteral("no box answered: is TARVELO_EXTRA_PORTS set?"));
     if (!idlePath.isEmpty() && !save(window, idlePath))
         return fail(QStringLiteral("can't write %1").arg(idlePath));
-    auto *page = qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage));
+    auto *page = qobject_cast<PageScript *>(window.page(MainWindow::ScriptPage));
     if (!pagesFolder.isEmpty()) {
         TarveloScriptEditor *editor = page->editor();
         // The second stage, so that the pictures show a stage other than the default one.
