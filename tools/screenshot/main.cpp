@@ -74,8 +74,10 @@ const std::pair<MainWindow::Page, const char *> PagePictures[] = {
 
 bool save(QWidget &window, const QString &path)
 {
-    // Layouts settle in posted events: a widget just shown or hidden takes its place first.
-    QCoreApplication::processEvents();
+    // Layouts settle in posted events: a widget just shown or hidden takes its place first, and
+    // a page built as it is shown needs a pass more for its scroll areas.
+    for (int pass = 0; pass < 3; ++pass)
+        QCoreApplication::processEvents();
     QDir().mkpath(QFileInfo(path).absolutePath());
     const bool saved = window.grab().save(path, "PNG");
     if (saved)
