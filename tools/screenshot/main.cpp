@@ -236,8 +236,9 @@ int main(int argc, char *argv[])
         : QString();
 
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
-    AppStyle::apply(app);
+    // In the program's order: the style sheet once the window is built.
     MainWindow window;
+    AppStyle::apply(app);
     window.setWindowState(Qt::WindowNoState);
     window.resize(windowSize);
     window.show();
