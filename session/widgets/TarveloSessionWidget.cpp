@@ -15,13 +15,17 @@
 #include "session/SessionSummary.h"
 #include "session/widgets/SessionReportView.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QCheckBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QPainter>
 #include <QPrinter>
 #include <QPushButton>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QTextDocument>
 
@@ -194,15 +198,56 @@ void TarveloSessionWidget::exportSession()
     }
 }
 
-// A4 at screen resolution, default margins and fonts. A printer that can't write its file
-// only warns on the console: the export goes on as if it had succeeded.
+// A4 at screen resolution, default margins and fonts, laid out as QTextDocument::print() lays
+// out its copy of a document: the printer's page margins (2 mm where it has none), 2 cm around
+// the text and the page number under its bottom right corner. Laid out once, on the printer itself,
+// instead of at screen width first and then again in a copy, which cost the most of a long
+// session's export. A printer that can't write its file only warns on the console: the export goes
+// on as if it had succeeded.
 void TarveloSessionWidget::printPdf(const QString &filePath, const QString &html)
 {
-    QTextDocument document;
-    document.setHtml(html);
     QPrinter printer(QPrinter::ScreenResolution);
     printer.setPageSize(QPageSize(QPageSize::A4));
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(filePath);
-    document.print(&printer);
+    if (printer.pageLayout().margins().isNull())
+        printer.setPageMargins(QMarginsF(2, 2, 2, 2), QPageLayout::Millimeter);
+    QPainter painter(&printer);
+    if (!painter.isActive())
+        return;
+
+    QTextDocument document;
+    document.documentLayout()->setPaintDevice(&printer);
+    const qreal dpiX = QGuiApplication::primaryScreen()->logicalDotsPerInchX();
+    const qreal dpiY = QGuiApplication::primaryScreen()->logicalDotsPerInchY();
+    const int margin = int(2 / 2.54 * dpiY);
+    document.setDocumentMargin(margin);
+    const QRectF body(0, 0, printer.width(), printer.height());
+    document.setPageSize(body.size());
+    document.setHtml(html);
+
+    const QPointF pageNumberAt(body.width() - margin * printer.logicalDpiX() / dpiX,
+                               body.height() - margin * printer.logicalDpiY() / dpiY
+                                   + QFontMetrics(document.defaultFont(), &printer).ascent()
+                                   + 5 * printer.logicalDpiY() / 72.0);
+    QAbstractTextDocumentLayout::PaintContext context;
+    // Black whatever the system's text colour: the page is white paper.
+    context.palette.setColor(QPalette::Text, Qt::black);
+    const int pages = document.pageCount();
+    for (int page = 0; page < pages; ++page) {
+        if (page > 0)
+            printer.newPage();
+        const QRectF view(0, page * body.height(), body.width(), body.height());
+        painter.save();
+        painter.translate(0, -view.top());
+        painter.setClipRect(view);
+        context.clip = view;
+        document.documentLayout()->draw(&painter, context);
+        painter.setClipping(false);
+        painter.setFont(document.defaultFont());
+        const QString number = QString::number(page + 1);
+        painter.drawText(qRound(pageNumberAt.x() - painter.fontMetrics().horizontalAdvance(number)),
+                         qRound(pageNumberAt.y() + view.top()), number);
+        painter.restore();
+    }
 }
