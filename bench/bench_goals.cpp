@@ -14,7 +14,7 @@
 // by other work, the median the one to expect. Runs on the offscreen platform unless told
 // otherwise; the start-up figures come from child processes of this program.
 #include "RecordedRun.h"
-#include "SessionFixtures.h"
+#include "support/LargeSession.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
 #include "device/TarveloDevice.h"

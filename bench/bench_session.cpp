@@ -2,7 +2,7 @@
 // (every step recomputes its stage), to build the report with its export table, and to write
 // the table as XLSX and as CSV.
 #include "BenchMeasure.h"
-#include "SessionFixtures.h"
+#include "support/LargeSession.h"
 #include "data/TarveloSession.h"
 #include "session/SessionExport.h"
 #include "session/SessionReport.h"

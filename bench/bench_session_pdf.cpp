@@ -3,7 +3,7 @@
 // command from the chosen name to the written file. Runs on the offscreen platform unless told
 // otherwise.
 #include "BenchMeasure.h"
-#include "SessionFixtures.h"
+#include "support/LargeSession.h"
 #include "foundation/DesktopShell.h"
 #include "session/widgets/TarveloSessionWidget.h"
 

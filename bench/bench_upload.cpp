@@ -4,7 +4,7 @@
 #include "data/TarveloScript.h"
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
-#include "tests/support/EmulatorProcess.h"
+#include "support/EmulatorProcess.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -54,7 +54,7 @@ int main(int argc, char *argv[])
     const qint64 sleeps = qint64(items) * DeviceProtocol::UploadDelayMs;
 
     const bool arrived = QTest::qWaitFor(
-        [&] { return emulator.count(QStringLiteral("stopAddStage")) == Stages; }, 10000);
+        [&] { return emulator.commands().count(QStringLiteral("stopAddStage")) == Stages; }, 10000);
     out << "upload: " << Stages << " x " << StepsPerStage << " script, " << items << " items, "
         << elapsed << " ms against a floor of " << floor << " ms, ratio " << double(elapsed) / floor
         << "; against the sleeps alone (" << sleeps << " ms) " << double(elapsed) / sleeps

@@ -52,3 +52,12 @@ int PortCatalog::portNumber(const QString &name)
     // A run of digits too long for an int counts as no number.
     return name.right(digits).toInt();
 }
+
+QString PortCatalog::systemLocation(const QString &name)
+{
+#ifdef Q_OS_WIN
+    return name;
+#else
+    return name.startsWith(QLatin1Char('/')) ? name : QStringLiteral("/dev/") + name;
+#endif
+}

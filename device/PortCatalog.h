@@ -36,4 +36,8 @@ public:
     // way gives its trailing decimal digits ("ttyUSB3" gives 3, "/dev/pts/7" gives 7), and a
     // name without them gives 0.
     static int portNumber(const QString &name);
+
+    // What an outside tool opens the port by. Off Windows a system name gets its folder
+    // ("ttyUSB0" is "/dev/ttyUSB0") and a path stays as it is; on Windows it is the name.
+    static QString systemLocation(const QString &name);
 };

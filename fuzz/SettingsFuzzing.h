@@ -5,7 +5,7 @@
 
 #include "data/TarveloSettings.h"
 #include "data/TarveloUser.h"
-#include "tests/ExampleSettings.h"
+#include "support/ExampleSettings.h"
 
 #include <memory>
 

@@ -10,17 +10,15 @@
 #include "FuzzSupport.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
-#include "data/TarveloSettings.h"
 #include "data/TarveloUser.h"
 #include "device/TarveloDevice.h"
+#include "support/TestDataFolder.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QScopedPointer>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 
 using namespace FuzzSupport;
 
@@ -36,26 +34,6 @@ QString temporaryBase()
 {
     const QFileInfo shm(QStringLiteral("/dev/shm"));
     return shm.isDir() && shm.isWritable() ? shm.filePath() : QDir::tempPath();
-}
-
-void prepareDataFolder(const QString &root)
-{
-    QDir().mkpath(root + QStringLiteral("Records"));
-    TarveloUser user;
-    user.setLastName(QStringLiteral("Иванов"));
-    user.setFirstName(QStringLiteral("Иван"));
-    user.createGuid();
-    user.saveIn(root + QStringLiteral("Records"));
-
-    TarveloSettings settings;
-    settings.setAutoSave(false);
-    settings.setFilepath(root + TarveloSettings::fileName());
-    settings.setLastUserGuid(user.getGUID());
-    // The search looks only for the highest port number and is stopped at once: the fuzzer
-    // speaks for the box.
-    settings.setAutoSearch(false);
-    settings.setComPort(settings.getComPortLimits().maximum);
-    settings.save();
 }
 
 void releaseReplacedSession()
@@ -107,13 +85,15 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     createApplication(argc, argv);
     quietDebugOutput();
-    static QTemporaryDir home(temporaryBase() + QStringLiteral("/tarvelo-fuzz-XXXXXX"));
-    if (!home.isValid())
+    static const TestDataFolder data(temporaryBase());
+    const QString guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
+    data.addSubject(QStringLiteral("Иванов"), guid);
+    // The search looks only for the highest port number and is stopped at once: the fuzzer
+    // speaks for the box.
+    if (!data.isValid()
+        || !data.writeSettings("<AutoSearch>false</AutoSearch><ComPort>99</ComPort><LastUserGuid>"
+                               + guid.toUtf8() + "</LastUserGuid>"))
         std::abort();
-    qputenv("HOME", QFile::encodeName(home.path()));
-    QStandardPaths::setTestModeEnabled(true);
-    prepareDataFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-                      + QStringLiteral("/Mirenthalic/Tarvelo/"));
 
     model = new TarveloModel;
     if (!model->currentUser())

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Renders the main window on the offscreen platform, against the box emulator and a fresh demo
 # data folder, once on an American English and once on a Russian system: docs/en/ and docs/ru/
-# get a picture of every page (script.png, subjects.png with a stored session, device.png,
-# settings.png, and session.png during a session), of the subject editor (subject-editor.png), of the Script page editing (script-editing.png), of the script
-# creator (script-creator.png) and of the export's file dialog (export-dialog.png). A version
-# service on loopback offers a newer version, so that the button in the corner shows.
+# get a picture of every page (script.png, subjects.png with a stored session, device.png with
+# lamps lit by the box, settings.png, and session.png during a session), of the device settings
+# dialog (device-settings.png) and the firmware dialog as "Flash" opens it (firmware-update.png),
+# of the subject editor (subject-editor.png), of the Script page editing (script-editing.png), of
+# the script creator (script-creator.png) and of the export's file dialog (export-dialog.png). A
+# version service on loopback offers a newer version, so that the button in the corner shows.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh

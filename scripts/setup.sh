@@ -9,10 +9,11 @@ packages=(
     cmake g++ make pkg-config
     qtbase5-dev qtbase5-dev-tools libqt5svg5-dev libqt5serialport5-dev
     qttools5-dev qttools5-dev-tools qttranslations5-l10n
-    libquazip1-qt5-dev libxlsxwriter-dev fonts-roboto-unhinted
+    libminizip-dev libxlsxwriter-dev fonts-roboto-unhinted
     clang libclang-rt-14-dev
-    python3 python3-openpyxl poppler-utils xvfb xauth
+    python3 python3-openpyxl poppler-utils xvfb xauth x11-utils
     dpkg-dev desktop-file-utils
+    avrdude
 )
 
 missing=()

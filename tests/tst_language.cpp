@@ -1,4 +1,3 @@
-#include "SessionFixtures.h"
 #include "data/TarveloCommon.h"
 #include "data/TarveloSettings.h"
 #include "data/TarveloUser.h"
@@ -7,6 +6,7 @@
 #include "foundation/LanguageContext.h"
 #include "session/SessionExport.h"
 #include "session/SessionReport.h"
+#include "support/SessionFixtures.h"
 
 #include <QProcess>
 #include <QRegularExpression>

@@ -103,11 +103,14 @@ private slots:
     void init();
     void cleanup();
 
-    void eachKindOfPropertyGetsItsView_data();
+    void eachKindOfPropertyGetsItsView_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/property_views.txt"));
+    }
     void eachKindOfPropertyGetsItsView();
     void eachViewShowsTheValueAndWritesItsInput_data();
     void eachViewShowsTheValueAndWritesItsInput();
-    void checkVisibility_data();
+    void checkVisibility_data() { TestFiles::addRows(QStringLiteral("tables/visibility.txt")); }
     void checkVisibility();
     void categoriesAreLabelledAndBoundOnesFollowTheirSource();
     void settingsPageStoresAtOnceAndMarksChanges();
@@ -138,35 +141,6 @@ BasePropertyView *PropertyFormTest::view(const char *property) const
     return m_page->findChild<PropertyListControl *>()->getWidgetInfo(property).view;
 }
 
-void PropertyFormTest::eachKindOfPropertyGetsItsView_data()
-{
-    QTest::addColumn<QString>("view");
-    QTest::addColumn<int>("span");
-    QTest::addColumn<bool>("defaultButton");
-    QTest::newRow("Count") << "IntPropertyView" << 1 << true;
-    QTest::newRow("Locked") << "IntPropertyView" << 1 << false;
-    QTest::newRow("Quiet") << "IntPropertyView" << 1 << false;
-    QTest::newRow("Ratio") << "DoublePropertyView" << 1 << true;
-    QTest::newRow("Scale") << "DoublePropertyView" << 1 << false;
-    QTest::newRow("Flag") << "BoolPropertyView" << 1 << false;
-    QTest::newRow("Name") << "StringPropertyView" << 2 << false;
-    QTest::newRow("Notes") << "MultilinePropertyView" << 2 << false;
-    QTest::newRow("File") << "SpecialPropertyView" << 2 << false;
-    QTest::newRow("Folder") << "SpecialPropertyView" << 2 << false;
-    QTest::newRow("Level") << "SliderPropertyView" << 1 << true;
-    QTest::newRow("Choice") << "EnumStringListPropertyView" << 1 << false;
-    QTest::newRow("Options") << "IntPropertyView" << 1 << false; // a list needs a text
-    QTest::newRow("Pick") << "EnumStringListPropertyView" << 1 << false;
-    QTest::newRow("Span") << "DualDoubleSpinBox/Range" << 1 << false;
-    QTest::newRow("Odd") << "StringPropertyView" << 2 << false;
-    QTest::newRow("Kind") << "EnumPropertyView" << 1 << true;
-    QTest::newRow("Origin") << "DualDoubleSpinBox/Point" << 1 << true;
-    QTest::newRow("Anchor") << "DualDoubleSpinBox/Point" << 1 << false; // "QPointF" has "QPoint"
-    QTest::newRow("Day") << "DatePropertyView" << 1 << false;
-    QTest::newRow("Tint") << "ColorPropertyView" << 1 << false;
-    QTest::newRow("Frame") << "StringPropertyView" << 2 << false;
-}
-
 void PropertyFormTest::eachKindOfPropertyGetsItsView()
 {
     QFETCH(QString, view);
@@ -182,6 +156,7 @@ void PropertyFormTest::eachKindOfPropertyGetsItsView()
             + QString::fromLatin1(
                   QMetaEnum::fromType<DualDoubleSpinBox::DualMode>().valueToKey(dual->mode()))
                   .mid(9);
+    QCOMPARE(made, view);
     QCOMPARE(bool(info.view->defaultButton()), defaultButton);
     QCOMPARE(info.view->isEnabled(), info.name != QLatin1String("Locked"));
     int columns = 0;
@@ -240,23 +215,6 @@ void PropertyFormTest::eachViewShowsTheValueAndWritesItsInput()
     }
     QCOMPARE(settings.property(name), written);
     QCOMPARE(user.read(editor), input); // and the editor keeps it
-}
-
-void PropertyFormTest::checkVisibility_data()
-{
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("condition");
-    QTest::addColumn<bool>("visible");
-    const auto row = [](const char *tag, const char *value, const char *condition, bool visible) {
-        QTest::newRow(tag) << QString(value) << QString(condition) << visible;
-    };
-    row("equal", "a", "a", true);
-    row("negated", "a", "!a", false);
-    row("any, second", "b", "a|b", true);
-    row("all negated", "c", "!a&&!b", true);
-    row("all negated, one fails", "b", "!a&&!b", false);
-    row("a bar makes all any", "c", "a&&b|c", true);
-    row("a bar at the start is none", "a", "|a|b", false);
 }
 
 void PropertyFormTest::checkVisibility()

@@ -1,7 +1,8 @@
-#include "SessionFixtures.h"
 #include "session/SessionReport.h"
 #include "session/SessionSummary.h"
 #include "session/widgets/SessionReportView.h"
+#include "support/LargeSession.h"
+#include "support/SessionFixtures.h"
 #include "ui/AppStyle.h"
 
 #include <QApplication>

@@ -3,33 +3,30 @@
 #include "data/TarveloScript.h"
 #include "device/TarveloDevice.h"
 #include "frame/PlayScriptStopSessionButton.h"
+#include "frame/StimulusWidgets.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
+#include "support/ModalAnswerer.h"
 #include "support/TestDataFolder.h"
 #include "ui/DeleteUpDownWidget.h"
 #include "ui/MainWindow.h"
 #include "ui/PageScript.h"
 #include "ui/ScriptCreatorWidget.h"
-#include "ui/StimulusWidgets.h"
 #include "ui/TarveloScriptEditor.h"
 #include "ui/TarveloStageEditor.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
 
-#include <csignal>
 #include <memory>
-#include <sys/resource.h>
 
 namespace {
 constexpr int WinMs = 8000;
@@ -47,23 +44,6 @@ QMap<QString, QByteArray> scriptFiles(const QString &folder)
         files.insert(name, TestFiles::read(folder + name));
     return files;
 }
-
-// Files written while it lives fail beyond this size, as on a full disk.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN); // a failed write, not the end of the process
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit limit {bytes, m_old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
-
-private:
-    rlimit m_old {};
-};
 
 // A stage whose steps carry the stimuli 0, 1, 2, ... so that their order can be read back.
 std::unique_ptr<ScriptStage> numberedStage(int steps)
@@ -109,75 +89,48 @@ private slots:
     void initTestCase();
     void init();
     void thirtyStepsHideTheAddButton();
-    void rowsMoveByTheirOwnRule_data();
+    void rowsMoveByTheirOwnRule_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/stage_rows.txt"));
+    }
     void rowsMoveByTheirOwnRule();
     void longTimesShowCutAndStayStored();
     void createdScriptIsFiledWithTheSettings();
     void oneStimulusCantFillTwoSteps();
-    void titleIsCheckedWhereItIsTyped_data();
+    void titleIsCheckedWhereItIsTyped_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/script_titles.txt"));
+    }
     void titleIsCheckedWhereItIsTyped();
     void failedWriteKeepsTheOldFileAndTheEdits();
     void cancelDropsTheEdits();
     void stagesAreAddedAndRemovedInAnEdit();
-    void deleteAsksFirst_data();
+    void deleteAsksFirst_data() { TestFiles::addRows(QStringLiteral("tables/script_delete.txt")); }
     void deleteAsksFirst();
     void playIsHeldBackWhileEditingAndWithoutSteps();
-    void leavingWithUnsavedEditsAsks_data();
+    void leavingWithUnsavedEditsAsks_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/script_leave.txt"));
+    }
     void leavingWithUnsavedEditsAsks();
 
 private:
     TestDataFolder m_data;
-    QTimer m_boxWatch;
-    // The button that the next message box gets; a box without it is closed.
-    QString m_answer;
-    QStringList m_boxes; // title, then text, of each box shown
+    std::unique_ptr<ModalAnswerer> m_answers;
 };
 
 void ScriptPageTest::initTestCase()
 {
     QVERIFY(m_data.isValid());
-    m_boxWatch.setInterval(10);
-    connect(&m_boxWatch, &QTimer::timeout, this, [this] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box)
-            return;
-        m_boxes << box->windowTitle() << box->text();
-        for (QAbstractButton *button : box->buttons()) {
-            if (button->text() == m_answer) {
-                button->click();
-                return;
-            }
-        }
-        box->done(-1);
-    });
-    m_boxWatch.start();
 }
 
 void ScriptPageTest::init()
 {
     m_data.clear();
     setExtraPorts({});
-    m_answer.clear();
-    m_boxes.clear();
+    m_answers = std::make_unique<ModalAnswerer>();
     QVERIFY(m_data.writeScript(QStringLiteral("Проба"), TrialStages));
     QVERIFY(m_data.writeScript(QStringLiteral("Другой"), TrialStages));
-}
-
-void ScriptPageTest::titleIsCheckedWhereItIsTyped_data()
-{
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("savedAs"); // empty when the title is refused
-
-    for (const char *refused : {"a/b", "a\\b", "a;b", "a=b", "a:b", "a*b", "a?b", "a|b", "a\"b",
-                                "<a>", "a..b", ".hidden", "dot.", "con", "Lpt1.x", "   ", "другой"})
-        QTest::newRow(refused) << QString::fromUtf8(refused) << QString();
-    QTest::newRow("line break") << "line\nbreak" << QString();
-    QTest::newRow("tab") << "tab\there" << QString();
-    QTest::newRow("201 bytes") << QString(100, QChar(0x44F)) + QLatin1Char('a') << QString();
-    QTest::newRow("200 bytes") << QString(100, QChar(0x44F)) << QString(100, QChar(0x44F));
-    QTest::newRow("blanks around") << " Проба 2 " << QStringLiteral("Проба 2");
-    QTest::newRow("own title in capitals") << "ПРОБА" << QStringLiteral("ПРОБА");
-    QTest::newRow("a point inside") << "v1.2" << QStringLiteral("v1.2");
 }
 
 void ScriptPageTest::titleIsCheckedWhereItIsTyped()
@@ -223,8 +176,8 @@ void ScriptPageTest::failedWriteKeepsTheOldFileAndTheEdits()
         const FileSizeLimit fullDisk(16);
         page.saveButton()->click();
     }
-    QCOMPARE(m_boxes.size(), 2);
-    QVERIFY(m_boxes.at(1).contains(m_data.scripts().chopped(1)));
+    QCOMPARE(m_answers->messages.size(), 2);
+    QVERIFY(m_answers->messages.at(1).contains(m_data.scripts().chopped(1)));
     QCOMPARE(scriptFiles(m_data.scripts()), before);
     QVERIFY(page.isEditing());
 
@@ -290,23 +243,15 @@ void ScriptPageTest::stagesAreAddedAndRemovedInAnEdit()
     QCOMPARE(stages.at(2)->steps.size(), 3);
 
     editor->stageButtons().at(1)->click();
-    m_answer = QStringLiteral("Yes");
+    m_answers->answer = QStringLiteral("Yes");
     editor->removeStageButton()->click();
-    QCOMPARE(m_boxes, (QStringList {"Удаление этапа", "Удалить этап 2?"}));
+    QCOMPARE(m_answers->messages, (QStringList {"Удаление этапа", "Удалить этап 2?"}));
     QCOMPARE(model.currentScript()->stages(), (QList<ScriptStage *> {stages.at(0), stages.at(2)}));
 
     // A stage made for an edit that has ended goes nowhere.
     editor->addStageButton()->click();
     page.cancelButton()->click();
     QTRY_VERIFY(!editor->findChild<ScriptCreatorWidget *>());
-}
-
-void ScriptPageTest::deleteAsksFirst_data()
-{
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QStringList>("left");
-    QTest::newRow("no") << "No" << QStringList {"Другой.script", "Проба.script"};
-    QTest::newRow("yes") << "Yes" << QStringList {"Другой.script"};
 }
 
 void ScriptPageTest::deleteAsksFirst()
@@ -317,9 +262,10 @@ void ScriptPageTest::deleteAsksFirst()
     TarveloModel model;
     model.selectScript(QStringLiteral("Проба"));
     PageScript page(&model);
-    m_answer = answer;
+    m_answers->answer = answer;
     page.deleteButton()->click();
-    QCOMPARE(m_boxes, (QStringList {"Удаление сценария", "Удалить сценарий \"Проба\"?"}));
+    QCOMPARE(m_answers->messages,
+             (QStringList {"Удаление сценария", "Удалить сценарий \"Проба\"?"}));
     QCOMPARE(scriptFiles(m_data.scripts()).keys(), left);
     QCOMPARE(page.editor()->titleEdit()->text(), left.size() == 2 ? "Проба" : "Другой");
 }
@@ -354,19 +300,6 @@ void ScriptPageTest::playIsHeldBackWhileEditingAndWithoutSteps()
     QCOMPARE(page.editor()->transferCombo(QStringLiteral("stop"))->currentText(), QString());
 }
 
-void ScriptPageTest::leavingWithUnsavedEditsAsks_data()
-{
-    QTest::addColumn<bool>("change");
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QString>("stored"); // the description in the file afterwards
-    QTest::addColumn<bool>("stays");
-
-    QTest::newRow("no change") << false << QString() << QString() << false;
-    QTest::newRow("save") << true << "Сохранить" << QStringLiteral("Новое") << false;
-    QTest::newRow("don't save") << true << "Не сохранять" << QString() << false;
-    QTest::newRow("stay") << true << "Отмена" << QString() << true;
-}
-
 void ScriptPageTest::leavingWithUnsavedEditsAsks()
 {
     QFETCH(bool, change);
@@ -381,10 +314,10 @@ void ScriptPageTest::leavingWithUnsavedEditsAsks()
     page->editButton()->click();
     if (change)
         page->editor()->descriptionEdit()->setText(QStringLiteral("Новое"));
-    m_answer = answer;
+    m_answers->answer = answer;
     window.tabs()->setCurrentIndex(MainWindow::DatabasePage);
 
-    QCOMPARE(m_boxes.size(), change ? 2 : 0);
+    QCOMPARE(m_answers->messages.size(), change ? 2 : 0);
     QCOMPARE(window.tabs()->currentIndex(),
              int(stays ? MainWindow::ScriptPage : MainWindow::DatabasePage));
     QCOMPARE(page->isEditing(), stays);
@@ -396,8 +329,8 @@ void ScriptPageTest::leavingWithUnsavedEditsAsks()
         return;
     // Closing the window asks the same; staying keeps it open.
     QVERIFY(!window.close());
-    QCOMPARE(m_boxes.size(), 4);
-    m_answer = QStringLiteral("Не сохранять");
+    QCOMPARE(m_answers->messages.size(), 4);
+    m_answers->answer = QStringLiteral("Не сохранять");
     QVERIFY(window.close());
 }
 
@@ -420,25 +353,6 @@ void ScriptPageTest::thirtyStepsHideTheAddButton()
     QVERIFY(editor.addButton()->isHidden());
     for (int stimulus = 0; stimulus < TarveloCommon::StimulusCount; ++stimulus)
         QVERIFY(!stimulusIcon(stimulus).pixmap(16).isNull());
-}
-
-void ScriptPageTest::rowsMoveByTheirOwnRule_data()
-{
-    QTest::addColumn<int>("steps");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("button");
-    QTest::addColumn<QList<int>>("moved"); // the two steps that trade places, if any
-
-    const int up = 1;
-    const int down = 2;
-    QTest::newRow("first row can't go up") << 3 << 0 << up << QList<int>();
-    QTest::newRow("last row goes up") << 3 << 2 << up << QList<int> {1, 2};
-    QTest::newRow("first row goes down") << 3 << 0 << down << QList<int> {0, 1};
-    QTest::newRow("next-to-last row stays") << 3 << 1 << down << QList<int>();
-    QTest::newRow("last row stays") << 3 << 2 << down << QList<int>();
-    QTest::newRow("second of two goes up") << 2 << 1 << up << QList<int> {0, 1};
-    // Rows beyond the thirtieth are not shown, but the rule counts them.
-    QTest::newRow("thirtieth of 32 goes down") << 32 << 29 << down << QList<int> {29, 30};
 }
 
 void ScriptPageTest::rowsMoveByTheirOwnRule()
@@ -492,6 +406,8 @@ void ScriptPageTest::createdScriptIsFiledWithTheSettings()
     auto *creator = page.findChild<ScriptCreatorWidget *>();
     QVERIFY(creator->isVisible());
     QVERIFY(!creator->createButton()->isEnabled());
+    // The count shown is that of the table offered.
+    QCOMPARE(creator->stageCountSpin()->value(), creator->table()->rowCount());
     const QList<QPair<QString, QString>> refused {
         {"   ", "Имя сценария не может быть пустым"},
         {" проба ", "Такое имя сценария уже используется"},

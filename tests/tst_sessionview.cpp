@@ -1,49 +1,103 @@
 #include "app/TarveloModel.h"
-#include "data/TarveloSession.h"
+#include "data/TarveloSettings.h"
 #include "device/TarveloDevice.h"
+#include "foundation/DesktopShell.h"
 #include "frame/PlayScriptStopSessionButton.h"
 #include "session/widgets/PageSession.h"
+#include "session/widgets/SessionReportView.h"
 #include "session/widgets/TarveloSessionWidget.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
+#include "support/ModalAnswerer.h"
+#include "support/SessionFixtures.h"
 #include "support/TestDataFolder.h"
 #include "ui/MainWindow.h"
-#include "ui/PageScript.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QTabWidget>
 #include <QtTest>
+
+#include <functional>
+#include <memory>
 
 namespace {
 constexpr int WinMs = 8000;
-// A played script at the emulator's pace, upload and start delay included.
-constexpr int PlayMs = 60000;
-
 const QString Finished = QStringLiteral("Завершено");
+const QString Guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
+const QString TrialStage = "rpt=0;" + QStringLiteral("[s=1,t=1500,d=1000]").repeated(6);
+const QStringList TrialStages {TrialStage, TrialStage, TrialStage};
 
-// Three stages of six steps, long enough to be stopped in the middle at a moderate speed.
-QStringList trialStages()
+PlayScriptStopSessionButton *stack(MainWindow &window, MainWindow::Page page)
 {
-    const QString stage =
-        QStringLiteral("stop=;s-2=;s-1=;s-0=;s+1=;s+2=;rpt=0;"
-                       "[s=1,t=1500,d=1000][s=2,t=1500,d=1000][s=3,t=1500,d=1000]"
-                       "[s=4,t=1500,d=1000][s=0,t=1500,d=1000][s=1,t=1500,d=1000]");
-    return {stage, stage, stage};
+    return qobject_cast<HeaderedWidget *>(window.page(page))->playButton();
 }
 
-// The state of the play/stop stack in one header, as the operator sees it.
-enum class Shown { Play, PlayDisabled, Stop };
-
-Shown shown(PlayScriptStopSessionButton *stack)
+// The play/stop stacks of both headers, as the operator sees them: "play", "off" (play is
+// disabled), "stop", or "mixed" when the two differ.
+QString shown(MainWindow &window)
 {
-    if (stack->currentWidget() == stack->stopButton())
-        return Shown::Stop;
-    return stack->playButton()->isEnabled() ? Shown::Play : Shown::PlayDisabled;
+    QStringList states;
+    for (MainWindow::Page page : {MainWindow::ScriptPage, MainWindow::SessionPage}) {
+        const PlayScriptStopSessionButton *both = stack(window, page);
+        states << (both->currentWidget() == both->stopButton() ? "stop"
+                       : both->playButton()->isEnabled()       ? "play"
+                                                               : "off");
+    }
+    return states.first() == states.last() ? states.first() : QStringLiteral("mixed");
+}
+
+TarveloSessionWidget *view(MainWindow &window)
+{
+    return qobject_cast<PageSession *>(window.page(MainWindow::SessionPage))->sessionWidget();
+}
+
+// The session view with its save dialog answered by the test: it keeps what the dialog was
+// offered and answers with a file name (empty: cancelled) and, when set, a filter.
+class AnsweredView : public TarveloSessionWidget
+{
+public:
+    using TarveloSessionWidget::TarveloSessionWidget;
+    QString answer;
+    QString answerFilter;
+    std::function<void()> whileOpen; // runs inside the dialog, as the event loop would
+    QString offered;
+
+protected:
+    QString chooseExportFile(const QString &path, const QStringList &filters,
+                             QString *selectedFilter) override
+    {
+        offered = path + " | " + *selectedFilter + " of " + filters.join(", ");
+        if (whileOpen)
+            whileOpen();
+        if (!answerFilter.isEmpty())
+            *selectedFilter = answerFilter;
+        return answer;
+    }
+};
+
+// The text of a PDF, its blanks and line ends made single blanks.
+QString pdfText(const QString &path)
+{
+    QProcess tool;
+    tool.start(QStringLiteral("pdftotext"), {"-enc", "UTF-8", path, "-"});
+    tool.waitForFinished(60000);
+    return QString::fromUtf8(tool.readAllStandardOutput()).simplified();
+}
+
+// The number of pages, or -1 if any is not A4.
+int a4Pages(const QString &path)
+{
+    QProcess tool;
+    tool.start(QStringLiteral("pdfinfo"), {"-f", "1", "-l", "1000", path});
+    tool.waitForFinished(60000);
+    const QString info = QString::fromUtf8(tool.readAllStandardOutput());
+    const int pages = info.count(QRegularExpression(QStringLiteral("Page +\\d+ size")));
+    const QRegularExpression a4(
+        QStringLiteral("size: +595(\\.\\d+)? x 84[12](\\.\\d+)? pts \\(A4\\)"));
+    return info.count(a4) == pages ? pages : -1;
 }
 } // namespace
 
@@ -53,293 +107,294 @@ class SessionViewTest : public QObject
 private slots:
     void initTestCase();
     void init();
-    void playNeedsAScriptAndALink();
-    void playComesBackWithTheLink();
-    void playUploadsAndTheStopButtonAborts();
-    void demoScriptPlaysToItsEnd();
-    void lostLinkKeepsTheStopButton();
-    void recordBoxAndExportFollowTheSession();
+    void cleanup();
+    void headersFollowTheScriptTheLinkAndTheSession();
+    void lostLinkKeepsTheStopButtonUntilClicked();
     void reportsInABurstShowOnceWithTheLatestState();
-    void widgetWithoutModelShowsAStoredSession();
-    void nullModelBuildsOnlyTheHeader();
-    void scriptPickedInOneHeaderShowsInBoth();
+    void viewWithoutModelShowsAStoredSession();
+    void exportDialog_data() { TestFiles::addRows(QStringLiteral("tables/export_dialog.txt")); }
+    void exportDialog();
+    void exportFiles_data() { TestFiles::addRows(QStringLiteral("tables/export_files.txt")); }
+    void exportFiles();
+    void pdfHasTheHeadingsAndTheReportOnA4Pages();
+    void exportShowsTheSessionOfTheMomentItWasAskedFor();
 
 private:
-    struct Window
-    {
-        MainWindow window;
-        PageScript *scriptPage;
-        PageSession *sessionPage;
-        Window();
-        TarveloModel *model() { return window.model(); }
-        QList<PlayScriptStopSessionButton *> stacks() const
-        {
-            return {scriptPage->playButton(), sessionPage->playButton()};
-        }
-        TarveloSessionWidget *view() const { return sessionPage->sessionWidget(); }
-    };
-    // Both headers show the same; returns that.
-    static bool bothShow(const Window &w, Shown expected);
+    // A view without a model, for the application's model, showing the finished report session.
+    AnsweredView *exportingView();
 
     TestDataFolder m_data;
+    std::unique_ptr<TarveloModel> m_model;
+    std::unique_ptr<AnsweredView> m_view;
+    std::unique_ptr<TarveloSession> m_session;
+    std::unique_ptr<QTemporaryDir> m_out;
+    QStringList m_launched;
+    std::unique_ptr<ModalAnswerer> m_answers;
 };
-
-SessionViewTest::Window::Window()
-    : scriptPage(qobject_cast<PageScript *>(window.page(MainWindow::ScriptPage)))
-    , sessionPage(qobject_cast<PageSession *>(window.page(MainWindow::SessionPage)))
-{
-    window.setWindowState(Qt::WindowNoState);
-    window.resize(1000, 700);
-    window.show();
-}
-
-bool SessionViewTest::bothShow(const Window &w, Shown expected)
-{
-    const QList<PlayScriptStopSessionButton *> stacks = w.stacks();
-    for (PlayScriptStopSessionButton *stack : stacks) {
-        if (shown(stack) != expected)
-            return false;
-    }
-    return true;
-}
 
 void SessionViewTest::initTestCase()
 {
     QVERIFY(m_data.isValid());
+    DesktopShell::setInterceptor([this](DesktopShell::Action action, const QString &path) {
+        m_launched << (action == DesktopShell::Action::OpenFile ? "OpenFile " : "ShowInFolder ")
+                + path;
+    });
 }
 
 void SessionViewTest::init()
 {
     m_data.clear();
     setExtraPorts({});
+    m_out = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir().mkpath(m_out->filePath("kept")) && QDir().mkpath(m_out->filePath("other")));
+    m_launched.clear();
+    m_answers = std::make_unique<ModalAnswerer>();
 }
 
-void SessionViewTest::playNeedsAScriptAndALink()
+void SessionViewTest::cleanup()
+{
+    m_view.reset();
+    m_model.reset();
+}
+
+void SessionViewTest::headersFollowTheScriptTheLinkAndTheSession()
 {
     FakeBox box;
     QVERIFY(box.open());
     setExtraPorts({box.path()});
-    Window w;
-    PlayScriptStopSessionButton *stack = w.scriptPage->playButton();
-    QCOMPARE(stack->count(), 2);
-    QCOMPARE(stack->widget(0), stack->stopButton());
-    QCOMPARE(stack->widget(1), stack->playButton());
-    QCOMPARE(stack->playButton()->objectName(), QStringLiteral("positive"));
-    QCOMPARE(stack->stopButton()->objectName(), QStringLiteral("negative"));
-    QCOMPARE(stack->stopButton()->toolTip(), QStringLiteral("Прервать сессию"));
-    QVERIFY(bothShow(w, Shown::PlayDisabled)); // neither script nor link
-
-    QTRY_VERIFY_WITH_TIMEOUT(w.model()->device()->isConnected(), WinMs);
-    QVERIFY(bothShow(w, Shown::PlayDisabled)); // a link, but no script
-    QTest::mouseClick(stack->playButton(), Qt::LeftButton);
-    QVERIFY(!box.commands().join(' ').contains(QStringLiteral("scriptHeader")));
-
-    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), trialStages()));
-    w.model()->reloadScripts();
-    QVERIFY(w.model()->currentScript());
-    QVERIFY(bothShow(w, Shown::Play));
-    QCOMPARE(stack->playButton()->toolTip(), QStringLiteral("Воспроизвести сценарий"));
-
-    box.close();
-    QTRY_VERIFY(!w.model()->device()->isConnected());
-    QVERIFY(bothShow(w, Shown::PlayDisabled));
-}
-
-void SessionViewTest::playComesBackWithTheLink()
-{
-    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), trialStages()));
-    // The box is unplugged after its first answers and plugged in again, where it gets a name
-    // of its own: the old port object holds on to the old name.
-    QTemporaryDir linkFolder;
-    const QString link = linkFolder.filePath(QStringLiteral("ttyUSB0"));
-    const QString replugged = linkFolder.filePath(QStringLiteral("ttyUSB1"));
-    EmulatorProcess first;
-    QVERIFY(first.start({"--link", link, "--drop-after", "3"}));
-    setExtraPorts({link, replugged});
-    Window w;
-    // Two seconds leave the greeting, which goes out a second after a port opens, its answer.
-    w.model()->device()->setSearchInterval(2);
-    // What the headers show right after each change of the link.
-    QList<bool> links;
-    QList<bool> playable;
-    connect(w.model()->device(), &TarveloDevice::connectedChanged, this, [&](bool connected) {
-        links << connected;
-        playable << bothShow(w, Shown::Play);
-    });
-    QTRY_COMPARE_WITH_TIMEOUT(links.size(), 2, WinMs);
-    QCOMPARE(links, (QList<bool> {true, false}));
-    QCOMPARE(playable, (QList<bool> {true, false}));
-    QVERIFY(bothShow(w, Shown::PlayDisabled));
-    QVERIFY(first.waitForExit());
-
-    EmulatorProcess second;
-    QVERIFY(second.start({"--link", replugged}));
-    QTRY_COMPARE_WITH_TIMEOUT(links.size(), 3, WinMs);
-    QCOMPARE(playable.last(), true);
-    QVERIFY(bothShow(w, Shown::Play));
-}
-
-void SessionViewTest::playUploadsAndTheStopButtonAborts()
-{
-    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), trialStages()));
-    EmulatorProcess emulator;
-    QVERIFY(emulator.start({"--speed", "2"}));
-    setExtraPorts({emulator.path()});
-    Window w;
-    TarveloModel *model = w.model();
-    QTRY_VERIFY_WITH_TIMEOUT(bothShow(w, Shown::Play), WinMs);
-    QSignalSpy started(model, &TarveloModel::sessionStarted);
-
-    QTest::mouseClick(w.scriptPage->playButton()->playButton(), Qt::LeftButton);
-    // The upload has gone out by the time the click returns; the start follows a second later.
-    QVERIFY(emulator.commands().contains(QStringLiteral("stopAddStage")));
-    QVERIFY(!emulator.commands().contains(QStringLiteral("startScript")));
-    QTRY_VERIFY_WITH_TIMEOUT(started.count() == 1, WinMs);
-    QCOMPARE(emulator.count(QStringLiteral("startScript")), 1);
-    QCOMPARE(w.window.tabs()->currentIndex(), int(MainWindow::SessionPage));
-    QVERIFY(bothShow(w, Shown::Stop));
-    QVERIFY(w.sessionPage->playButton()->stopButton()->isEnabled());
-
-    // Stopped once the box has reported a step of the first stage.
-    QTRY_VERIFY_WITH_TIMEOUT(!model->session()->stages().isEmpty()
-                                 && !model->session()->stages().constFirst()->steps().isEmpty(),
-                             WinMs);
-    QVERIFY(w.view()->reportHtml().contains(QStringLiteral("/6</td>")));
-    QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
-    QVERIFY(!model->sessionRunning());
-    QVERIFY(model->session()->finished());
-    QVERIFY(bothShow(w, Shown::Play));
-    QTRY_COMPARE(emulator.count(QStringLiteral("stop")), 1);
-    QTRY_VERIFY(emulator.reports().contains(QStringLiteral("scriptFinished")));
-
-    // The aborted run is kept like a finished one.
-    QCOMPARE(m_data.allSessionFiles().size(), 1);
-    QVERIFY(w.view()->reportHtml().contains(Finished));
-    QVERIFY(!w.view()->exportButton()->isHidden());
-}
-
-void SessionViewTest::demoScriptPlaysToItsEnd()
-{
-    QVERIFY(m_data.copyScript(QStringLiteral(TARVELO_DEMO_SCRIPT)));
-    EmulatorProcess emulator;
-    QVERIFY(emulator.start({"--speed", "50"}));
-    setExtraPorts({emulator.path()});
-    Window w;
-    TarveloModel *model = w.model();
-    QCOMPARE(model->currentScriptTitle(), QStringLiteral("Демо"));
-    QCOMPARE(w.scriptPage->scriptCombo()->currentText(), QStringLiteral("Демо"));
-    QTRY_VERIFY_WITH_TIMEOUT(bothShow(w, Shown::Play), WinMs);
-    QSignalSpy finished(model, &TarveloModel::sessionFinished);
-
-    w.window.tabs()->setCurrentIndex(MainWindow::DevicePage);
-    QTest::mouseClick(w.scriptPage->playButton()->playButton(), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(finished.count() == 1, PlayMs);
-    QCOMPARE(w.window.tabs()->currentIndex(), int(MainWindow::SessionPage));
-    QCOMPARE(emulator.reports().constFirst(), QStringLiteral("iamtarvelo"));
-    QVERIFY(emulator.reports().contains(QStringLiteral("scriptStarted=Демо")));
-    QCOMPARE(emulator.reports().last(), QStringLiteral("scriptFinished"));
-    QVERIFY(model->session()->stages().size() >= 4);
-    QVERIFY(w.view()->titleLabel()->text().contains(QStringLiteral("Демо")));
-    QVERIFY(w.view()->reportHtml().contains(Finished));
-    QVERIFY(!w.view()->exportButton()->isHidden());
-    QVERIFY(w.view()->recordCheckBox()->isHidden());
-    QVERIFY(!w.view()->exportTable().isEmpty());
-    QCOMPARE(m_data.allSessionFiles().size(), 1);
-    QVERIFY(bothShow(w, Shown::Play));
-}
-
-void SessionViewTest::lostLinkKeepsTheStopButton()
-{
-    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), trialStages()));
-    EmulatorProcess emulator;
-    // Greeting, serial number, version, then the script's start, its first stage and its first
-    // step: then the cable goes. (What is still in the terminal when it goes is lost.)
-    QVERIFY(emulator.start({"--speed", "2", "--drop-after", "7"}));
-    setExtraPorts({emulator.path()});
-    Window w;
-    TarveloModel *model = w.model();
-    QTRY_VERIFY_WITH_TIMEOUT(bothShow(w, Shown::Play), WinMs);
-    QSignalSpy started(model, &TarveloModel::sessionStarted);
-    QTest::mouseClick(w.scriptPage->playButton()->playButton(), Qt::LeftButton);
-    QTRY_VERIFY_WITH_TIMEOUT(started.count() == 1, WinMs);
-    QTRY_VERIFY_WITH_TIMEOUT(!model->device()->isConnected(), WinMs);
-
-    QVERIFY(model->sessionRunning());
-    QVERIFY(bothShow(w, Shown::Stop));
-    QVERIFY(w.sessionPage->playButton()->stopButton()->isEnabled());
-    QVERIFY(!w.view()->recordCheckBox()->isHidden());
-
-    QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
-    QVERIFY(!model->sessionRunning());
-    QVERIFY(bothShow(w, Shown::PlayDisabled));
-    QVERIFY(!w.view()->exportButton()->isHidden());
-    QCOMPARE(m_data.allSessionFiles().size(), 1);
-}
-
-void SessionViewTest::recordBoxAndExportFollowTheSession()
-{
-    FakeBox box;
-    QVERIFY(box.open());
-    setExtraPorts({box.path()});
-    Window w;
-    TarveloModel *model = w.model();
-    TarveloSessionWidget *view = w.view();
-    QCheckBox *record = view->recordCheckBox();
-    QCOMPARE(record->text(), QStringLiteral("Не записывать результаты"));
-    QCOMPARE(view->exportButton()->text(), QStringLiteral("Экспорт"));
+    for (const char *title : {"Альфа", "Бета"})
+        QVERIFY(m_data.writeScript(QString::fromUtf8(title), TrialStages));
+    MainWindow window;
+    window.show();
+    TarveloModel *model = window.model();
+    QCOMPARE(shown(window), "off"); // no link yet
     QTRY_VERIFY_WITH_TIMEOUT(model->device()->isConnected(), WinMs);
-    w.window.tabs()->setCurrentIndex(MainWindow::SessionPage);
+    QCOMPARE(shown(window), "play");
 
-    // No session yet: the box alone, an empty report.
-    QVERIFY(!record->isHidden());
-    QVERIFY(!record->isChecked());
-    QVERIFY(view->exportButton()->isHidden());
-    QVERIFY(view->titleLabel()->isHidden());
-    QVERIFY(view->reportHtml().isEmpty());
-    // A tick without a session ticks the box and nothing else; the next update puts it back.
+    // A script picked in one header shows in both. The current script deleted from outside: the
+    // list no longer has it and shows nothing.
+    auto *scripts =
+        qobject_cast<HeaderedWidget *>(window.page(MainWindow::ScriptPage))->scriptCombo();
+    auto *sessionScripts =
+        qobject_cast<HeaderedWidget *>(window.page(MainWindow::SessionPage))->scriptCombo();
+    QCOMPARE(scripts->count(), 2);
+    sessionScripts->setCurrentIndex(sessionScripts->findText(QStringLiteral("Бета")));
+    QCOMPARE(scripts->currentText(), QStringLiteral("Бета"));
+    QVERIFY(QFile::remove(m_data.scripts() + QStringLiteral("Бета.script")));
+    model->reloadScripts();
+    QCOMPARE(scripts->count(), 1);
+    QCOMPARE(sessionScripts->currentIndex(), -1);
+    scripts->setCurrentIndex(0);
+    QCOMPARE(model->currentScriptTitle(), QStringLiteral("Альфа"));
+
+    // No session yet: the box alone, an empty report. A tick without a session ticks the box
+    // and nothing else; the next update puts it back.
+    TarveloSessionWidget *live = view(window);
+    QCheckBox *record = live->recordCheckBox();
+    QVERIFY(!record->isHidden() && live->exportButton()->isHidden());
+    QVERIFY(live->titleLabel()->isHidden() && live->reportHtml().isEmpty());
     QTest::mouseClick(record, Qt::LeftButton);
-    QVERIFY(record->isChecked());
-
     box.send(QStringLiteral("scriptStarted=Проба"));
-    QTRY_VERIFY(model->sessionRunning());
-    QCOMPARE(view->session(), model->session());
-    QVERIFY(!record->isChecked());
-    QVERIFY(!record->isHidden());
-    QVERIFY(view->exportButton()->isHidden());
-    QVERIFY(!view->titleLabel()->isHidden());
-    QVERIFY(view->titleLabel()->text().contains(QStringLiteral("Проба")));
+    QTRY_COMPARE(shown(window), "stop");
+    QCOMPARE(window.tabs()->currentIndex(), int(MainWindow::SessionPage));
+    QVERIFY(!record->isChecked() && !record->isHidden() && live->exportButton()->isHidden());
+    QVERIFY(live->titleLabel()->text().contains(QStringLiteral("Проба")));
+    for (const char *report : {"stageStarted=0", "stageItems=2", "r=412;b=2;s=1;t=1500;d=1000"})
+        box.send(QString::fromLatin1(report));
+    QTRY_VERIFY(live->reportHtml().contains(QStringLiteral("1/2</td>")));
 
-    box.send(QStringLiteral("stageStarted=0"));
-    box.send(QStringLiteral("stageItems=2"));
-    box.send(QStringLiteral("r=412;b=2;b2=2;s=1;t=1500;d=1000"));
-    QTRY_VERIFY(view->reportHtml().contains(QStringLiteral("1/2</td>")));
-
-    // Ticked during the run, then aborted: nothing is written, the report stays for export.
+    // Ticked during the run, then stopped: nothing is written, the report stays for export.
     QTest::mouseClick(record, Qt::LeftButton);
-    QVERIFY(record->isChecked());
-    QVERIFY(model->session()->doNotRecord());
-    QTest::mouseClick(w.sessionPage->playButton()->stopButton(), Qt::LeftButton);
+    QTest::mouseClick(stack(window, MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
     QTRY_VERIFY(box.commands().contains(QStringLiteral("stop")));
-    QVERIFY(m_data.allSessionFiles().isEmpty());
-    QVERIFY(view->reportHtml().contains(Finished));
-    QVERIFY(view->reportHtml().contains(QStringLiteral("1/2</td>")));
-    QVERIFY(!view->exportButton()->isHidden());
-    QVERIFY(record->isHidden());
-    QVERIFY(!view->titleLabel()->isHidden());
-    TarveloSession *first = model->session();
+    QCOMPARE(shown(window), "play");
+    QVERIFY(live->reportHtml().contains(Finished));
+    QVERIFY(!live->exportButton()->isHidden() && record->isHidden());
+    // The button takes the box's place in the head row, above the report.
+    QTRY_VERIFY(live->exportButton()->y() < live->reportView()->mapTo(live, QPoint()).y());
+    const std::unique_ptr<TarveloSession> first(model->session());
 
     // The next run has a session of its own: the box shows that one's choice, unticked.
     box.send(QStringLiteral("scriptStarted=Проба"));
-    QTRY_VERIFY(model->session() != first);
-    QVERIFY(!record->isChecked());
-    QVERIFY(!record->isHidden());
-    QVERIFY(view->exportButton()->isHidden());
-    QVERIFY(!view->reportHtml().contains(Finished));
-    QVERIFY(first->doNotRecord());
+    QTRY_VERIFY(model->session() != first.get());
+    QVERIFY(!record->isChecked() && !record->isHidden() && live->exportButton()->isHidden());
     box.send(QStringLiteral("scriptFinished"));
-    QTRY_VERIFY(!model->sessionRunning());
+    QTRY_COMPARE(m_data.allSessionFiles().size(), 1);
+    box.close();
+    QTRY_COMPARE(shown(window), "off");
+}
+
+void SessionViewTest::lostLinkKeepsTheStopButtonUntilClicked()
+{
+    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), TrialStages));
+    // Greeting, serial number, version, then the start, the first stage, its size and its first
+    // step: then the cable goes. The box is plugged in again under a name of its own.
+    const QString link = m_out->filePath(QStringLiteral("ttyUSB0"));
+    const QString replugged = m_out->filePath(QStringLiteral("ttyUSB1"));
+    EmulatorProcess emulator;
+    QVERIFY(emulator.start({"--link", link, "--speed", "2", "--drop-after", "7"}));
+    setExtraPorts({link, replugged});
+    m_data.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
+    MainWindow window;
+    window.show();
+    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "play", WinMs);
+    QTest::mouseClick(stack(window, MainWindow::ScriptPage)->playButton(), Qt::LeftButton);
+    // The upload has gone out by the time the click returns; the start follows later.
+    QVERIFY(emulator.commands().contains(QStringLiteral("stopAddStage")));
+    QVERIFY(!emulator.commands().contains(QStringLiteral("startScript")));
+    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "stop", WinMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!window.model()->device()->isConnected(), WinMs);
+    QCOMPARE(shown(window), "stop");
+
+    QTest::mouseClick(stack(window, MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
+    QCOMPARE(shown(window), "off");
+    QVERIFY(!view(window)->exportButton()->isHidden());
     QCOMPARE(m_data.allSessionFiles().size(), 1);
-    delete first;
+    EmulatorProcess second;
+    QVERIFY(second.start({"--link", replugged}));
+    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "play", WinMs);
+}
+
+void SessionViewTest::viewWithoutModelShowsAStoredSession()
+{
+    // A view without a model, as on the subject page, beside the live view of a model.
+    m_model = std::make_unique<TarveloModel>();
+    TarveloSessionWidget live(m_model.get());
+    TarveloSessionWidget stored(nullptr);
+    QVERIFY(stored.titleLabel()->isHidden() && stored.exportButton()->isHidden());
+    const std::unique_ptr<TarveloSession> loaded(
+        TarveloSession::load(TestFiles::dataPath(QStringLiteral("example.session"))));
+    loaded->setLoaded(true);
+    stored.setSession(loaded.get());
+    QVERIFY(stored.titleLabel()->text().contains(QStringLiteral("Проба")));
+    QVERIFY(!stored.titleLabel()->isHidden() && !stored.exportButton()->isHidden());
+    QVERIFY(!stored.reportHtml().contains(Finished)); // not stored in the file
+    // Whatever it shows, a view without a model never offers the box.
+    QVERIFY(stored.recordCheckBox()->isHidden() && !live.recordCheckBox()->isHidden());
+    stored.setSession(nullptr);
+    QVERIFY(stored.titleLabel()->isHidden() && stored.reportHtml().isEmpty());
+    QVERIFY(!live.session());
+    PageSession page(nullptr);
+    QCOMPARE(page.sessionWidget(), nullptr);
+}
+
+AnsweredView *SessionViewTest::exportingView()
+{
+    m_model = std::make_unique<TarveloModel>();
+    // The subject is the application's, also for a view without a model of its own.
+    m_data.addSubject(QStringLiteral("Сидоров"), Guid);
+    m_model->reloadUsers();
+    m_model->selectUser(Guid);
+    m_view = std::make_unique<AnsweredView>(nullptr);
+    m_session.reset(SessionFixtures::reportSession());
+    m_view->setSession(m_session.get());
+    m_view->exportSession(); // still running: no dialog
+    m_session->setFinished(true);
+    m_view->updateReport();
+    return m_view.get();
+}
+
+void SessionViewTest::exportDialog()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, filter);
+    QFETCH(QString, offeredFolder);
+    QFETCH(QString, offeredFilter);
+    TestFiles::write(m_out->filePath("kept/file"), "x");
+    AnsweredView *view = exportingView();
+    QVERIFY(view->offered.isEmpty());
+    m_model->settings()->setLastExportFolder(folder.isEmpty() ? folder : m_out->filePath(folder));
+    m_model->settings()->setLastExportFilter(filter);
+    const QByteArray stored = m_data.storedSettings();
+    // The operator switches to PDF, then cancels.
+    view->answerFilter = QStringLiteral("PDF (*.pdf)");
+    view->exportSession();
+    const QString expectedFolder =
+        offeredFolder == "documents" ? m_data.documents() : m_out->filePath(offeredFolder);
+    QCOMPARE(view->offered,
+             expectedFolder + "/Сидоров - Проба - 2024-03-05 14.20 | " + offeredFilter
+                 + " of XLSX (*.xlsx), CSV (*.csv), PDF (*.pdf)");
+    QCOMPARE(m_data.storedSettings(), stored);
+    QVERIFY(m_launched.isEmpty() && m_answers->messages.isEmpty());
+}
+
+void SessionViewTest::exportFiles()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, filter);
+    QFETCH(QString, behavior);
+    QFETCH(QByteArray, start);
+    QFETCH(QString, launched);
+    QFETCH(bool, warning);
+    QFETCH(QString, remembered);
+    AnsweredView *view = exportingView();
+    QVERIFY(m_model->settings()->setTextValue(QStringLiteral("ExportBehavior"), behavior));
+    view->answer = m_out->filePath(name);
+    view->answerFilter = filter;
+    view->exportSession();
+    // The name stands as typed, and the filter alone decides the format.
+    const QByteArray bytes = QFileInfo(view->answer).isFile() ? TestFiles::read(view->answer) : "";
+    QVERIFY2(bytes.startsWith(start) && bytes.isEmpty() == start.isEmpty(), bytes.left(40));
+    QCOMPARE(m_launched,
+             launched.isEmpty() ? QStringList() : QStringList {launched + ' ' + view->answer});
+    QCOMPARE(m_answers->messages.size(), warning ? 2 : 0); // a title and a text
+    QCOMPARE(m_answers->messages.value(1),
+             warning ? "Ошибка сохранения \"" + view->answer + '"' : QString());
+    // Remembered before writing, so a failed write still moves the folder.
+    TarveloSettings stored;
+    QVERIFY(stored.reload());
+    QCOMPARE(stored.getLastExportFolder(), m_out->filePath(remembered));
+    QCOMPARE(stored.getLastExportFilter(), filter);
+}
+
+void SessionViewTest::pdfHasTheHeadingsAndTheReportOnA4Pages()
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty())
+        QSKIP("pdfinfo and pdftotext (poppler-utils) read the PDF back");
+    AnsweredView *view = exportingView();
+    m_model->settings()->setExportBehavior(TarveloSettings::OnExport_DoNothing);
+    view->answer = m_out->filePath(QStringLiteral("report.pdf"));
+    view->answerFilter = QStringLiteral("PDF (*.pdf)");
+    view->exportSession();
+    const QString text = pdfText(view->answer);
+    QVERIFY2(text.startsWith("Сидоров Сессия Проба (2024/03/05 14:20) №"), qPrintable(text));
+    // Figures of the stage table, the statistics and the matrix, as the report shows them.
+    for (const char *figure :
+         {"3/3", "2/4", "0.800", "0.370", "nan", "1.29", "Требуемая реакция", "Завершено"})
+        QVERIFY2(text.contains(QString::fromUtf8(figure)), figure);
+    const int pages = a4Pages(view->answer);
+    QVERIFY(pages > 0);
+
+    // A long session without a subject: one heading, every stage on A4 pages.
+    m_model->selectUser(QString());
+    for (int i = 0; i < 60; ++i)
+        m_session->addStage(SessionFixtures::stage(i, 30, "+1", {}));
+    view->updateReport();
+    view->exportSession();
+    QVERIFY(pdfText(view->answer).startsWith("Сессия Проба (2024/03/05 14:20) №"));
+    QCOMPARE(pdfText(view->answer).count(QStringLiteral("0/30")), 60);
+    QVERIFY(a4Pages(view->answer) > pages);
+}
+
+// The live view exports what it showed when asked, also if the box starts the next run while
+// the dialog is open.
+void SessionViewTest::exportShowsTheSessionOfTheMomentItWasAskedFor()
+{
+    exportingView();
+    AnsweredView live(m_model.get());
+    live.answer = m_out->filePath(QStringLiteral("live.csv"));
+    live.answerFilter = QStringLiteral("CSV (*.csv)");
+    for (const char *report : {"scriptStarted=Проба", "stageStarted=0", "stageItems=1",
+                               "r=400;s=3;b=3;t=1000;d=1000", "scriptFinished"})
+        m_model->handleDeviceMessage(QString::fromUtf8(report));
+    live.whileOpen = [this] {
+        m_model->handleDeviceMessage(QStringLiteral("scriptStarted=Другой"));
+        m_model->handleDeviceMessage(QStringLiteral("stageStarted=7"));
+    };
+    live.exportSession();
+    QCOMPARE(live.session()->scriptTitle(), QStringLiteral("Другой"));
+    const QByteArray exported = TestFiles::read(live.answer);
+    QVERIFY(exported.contains("\r\n1;Этап 0;1;1;0;0;0;") && !exported.contains("Этап 7"));
 }
 
 void SessionViewTest::reportsInABurstShowOnceWithTheLatestState()
@@ -364,95 +419,6 @@ void SessionViewTest::reportsInABurstShowOnceWithTheLatestState()
     QVERIFY(live.reportHtml().contains(QStringLiteral("4/3</td>")));
     QVERIFY(live.reportHtml().contains(Finished));
     QVERIFY(!live.exportButton()->isHidden());
-}
-
-void SessionViewTest::widgetWithoutModelShowsAStoredSession()
-{
-    // The live view of a model beside a view without one, as on the subject page.
-    TarveloModel model;
-    TarveloSessionWidget live(&model);
-    TarveloSessionWidget stored(nullptr);
-    QVERIFY(stored.recordCheckBox()->isHidden());
-    QVERIFY(stored.exportButton()->isHidden());
-    QVERIFY(stored.titleLabel()->isHidden());
-
-    TarveloSession *loaded =
-        TarveloSession::load(QStringLiteral(TARVELO_TEST_DATA "/example.session"));
-    loaded->setLoaded(true);
-    stored.setSession(loaded);
-    QCOMPARE(stored.session(), loaded);
-    QVERIFY(!stored.titleLabel()->isHidden());
-    const QString title = stored.titleLabel()->text();
-    QVERIFY(title.contains(QStringLiteral("Проба")));
-    QVERIFY(!stored.exportButton()->isHidden());
-    QVERIFY(stored.recordCheckBox()->isHidden());
-    QVERIFY(!stored.reportHtml().isEmpty());
-    QVERIFY(!stored.reportHtml().contains(Finished)); // not stored in the file
-    QVERIFY(!stored.exportTable().isEmpty());
-
-    // Whatever is set, a widget without a model never offers the box.
-    TarveloSession running;
-    stored.setSession(&running);
-    QVERIFY(stored.recordCheckBox()->isHidden());
-    QVERIFY(stored.exportButton()->isHidden());
-    running.setFinished(true);
-    stored.updateReport();
-    QVERIFY(stored.recordCheckBox()->isHidden());
-    QVERIFY(!stored.exportButton()->isHidden());
-
-    stored.setSession(loaded);
-    stored.setSession(nullptr);
-    QVERIFY(stored.titleLabel()->isHidden());
-    QCOMPARE(stored.titleLabel()->text(), title); // the old text waits in the hidden label
-    QVERIFY(stored.exportButton()->isHidden());
-    QVERIFY(stored.recordCheckBox()->isHidden());
-    QVERIFY(stored.reportHtml().isEmpty());
-
-    // The live view was never touched by any of it.
-    QCOMPARE(live.session(), nullptr);
-    QVERIFY(!live.recordCheckBox()->isHidden());
-    QVERIFY(live.exportButton()->isHidden());
-    QVERIFY(live.exportTable().isEmpty());
-    delete loaded;
-}
-
-void SessionViewTest::nullModelBuildsOnlyTheHeader()
-{
-    PageSession page(nullptr);
-    QCOMPARE(page.sessionWidget(), nullptr);
-    QVERIFY(page.scriptCombo());
-    QCOMPARE(page.playButton()->count(), 0);
-    QCOMPARE(page.scriptCombo()->count(), 0);
-}
-
-void SessionViewTest::scriptPickedInOneHeaderShowsInBoth()
-{
-    for (const char *title : {"Альфа", "Бета", "Гамма"})
-        QVERIFY(m_data.writeScript(QString::fromUtf8(title), trialStages()));
-    Window w;
-    TarveloModel *model = w.model();
-    QComboBox *scriptCombo = w.scriptPage->scriptCombo();
-    QComboBox *sessionCombo = w.sessionPage->scriptCombo();
-    QCOMPARE(scriptCombo->count(), 3);
-    QCOMPARE(scriptCombo->currentText(), model->currentScriptTitle());
-    QVERIFY(!scriptCombo->itemIcon(0).isNull());
-
-    sessionCombo->setCurrentIndex(2); // as the operator's pick does
-    QCOMPARE(model->currentScriptTitle(), QStringLiteral("Гамма"));
-    QCOMPARE(scriptCombo->currentIndex(), 2);
-    QCOMPARE(sessionCombo->currentIndex(), 2);
-
-    // The current script deleted from outside stays the model's choice, but the list no
-    // longer has it: the combos show nothing rather than another script.
-    QVERIFY(QFile::remove(m_data.scripts() + QStringLiteral("Гамма.script")));
-    model->reloadScripts();
-    QCOMPARE(scriptCombo->count(), 2);
-    QCOMPARE(scriptCombo->currentIndex(), -1);
-    QCOMPARE(sessionCombo->currentIndex(), -1);
-    // Picking one again works as before.
-    scriptCombo->setCurrentIndex(0);
-    QCOMPARE(model->currentScriptTitle(), QStringLiteral("Альфа"));
-    QCOMPARE(sessionCombo->currentIndex(), 0);
 }
 
 QTEST_MAIN(SessionViewTest)

@@ -5,24 +5,19 @@
 #include "foundation/widgets/BasePropertyListWidget.h"
 #include "foundation/widgets/PropertyListControl.h"
 #include "foundation/widgets/propertyviews/BasePropertyView.h"
-#include "session/widgets/TarveloSessionWidget.h"
-#include "support/TestDataFolder.h"
 #include "frame/AddUserButton.h"
 #include "frame/CurrentUserComboBox.h"
-#include "ui/PageDatabase.h"
 #include "frame/UserEditor.h"
+#include "session/widgets/TarveloSessionWidget.h"
+#include "support/ModalAnswerer.h"
+#include "support/TestDataFolder.h"
+#include "ui/PageDatabase.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPointer>
 #include <QPushButton>
-#include <QTimer>
 #include <QtTest>
 
 #include <memory>
@@ -33,54 +28,6 @@ const QString Ivanov = QStringLiteral("Ivanov (") + Guid + QLatin1Char(')');
 const QString Petrov = QStringLiteral("Petrov (") + Guid + QLatin1Char(')');
 const QString FirstSession = QStringLiteral("2024.03.05-14.20.31.session");
 const QString SecondSession = QStringLiteral("2024.03.06-09.00.00.session");
-
-// Answers whatever window asks the operator something: message boxes (yes, or OK), the
-// export's save dialog and the page's context menu (its first entry). None may block a test.
-class Answerer : public QObject
-{
-public:
-    Answerer()
-    {
-        m_watch.setInterval(10);
-        connect(&m_watch, &QTimer::timeout, this, &Answerer::look);
-        m_watch.start();
-    }
-
-    QStringList messages; // title and text of each message box, in turn
-    QString saveAs;
-    QString saveFilter;
-
-private:
-    void look()
-    {
-        QWidget *modal = QApplication::activeModalWidget();
-        if (auto *box = qobject_cast<QMessageBox *>(modal)) {
-            messages << box->windowTitle() << box->text();
-            const QList<QAbstractButton *> buttons = box->buttons();
-            for (QAbstractButton *button : buttons) {
-                const QMessageBox::ButtonRole role = box->buttonRole(button);
-                if (role == QMessageBox::YesRole || role == QMessageBox::AcceptRole)
-                    button->click();
-            }
-        } else if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
-            dialog->selectNameFilter(saveFilter);
-            dialog->selectFile(saveAs);
-            static_cast<QDialog *>(dialog)->accept(); // public there
-        } else if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
-            if (m_menu == menu)
-                return;
-            m_menu = menu;
-            // Chosen from a timer of its own: the entry's confirmation needs this one free.
-            QTimer::singleShot(0, menu, [menu] {
-                menu->setActiveAction(menu->actions().value(0));
-                QTest::keyClick(menu, Qt::Key_Return);
-            });
-        }
-    }
-
-    QTimer m_watch;
-    QPointer<QMenu> m_menu;
-};
 
 QStringList entries(const QString &folder)
 {
@@ -135,7 +82,7 @@ private slots:
     void cleanup();
 
     void newSubjectIsFiledAndPickedInTheHeader();
-    void editingASubject_data();
+    void editingASubject_data() { TestFiles::addRows(QStringLiteral("tables/subject_edits.txt")); }
     void editingASubject();
     void removedSubjectGoesToTheTrash();
     void looseSessionsShowUnderThePseudoSubject();
@@ -148,7 +95,7 @@ private:
 
     TestDataFolder m_data;
     QTemporaryDir m_out;
-    std::unique_ptr<Answerer> m_answers;
+    std::unique_ptr<ModalAnswerer> m_answers;
     std::unique_ptr<TarveloModel> m_model;
     std::unique_ptr<PageDatabase> m_page;
 };
@@ -166,7 +113,7 @@ void SubjectsTest::initTestCase()
 void SubjectsTest::init()
 {
     m_data.clear();
-    m_answers = std::make_unique<Answerer>();
+    m_answers = std::make_unique<ModalAnswerer>();
 }
 
 void SubjectsTest::cleanup()
@@ -223,23 +170,6 @@ void SubjectsTest::newSubjectIsFiledAndPickedInTheHeader()
     combo->setCurrentIndex(0);
     QVERIFY(!model.currentUser());
     QVERIFY(m_answers->messages.isEmpty());
-}
-
-void SubjectsTest::editingASubject_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<bool>("targetTaken");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QStringList>("folders");
-    QTest::addColumn<QStringList>("messages");
-    QTest::newRow("comment only: no move")
-        << "Comment" << false << "lefty" << QStringList {Ivanov} << QStringList();
-    QTest::newRow("rename: the folder moves")
-        << "LastName" << false << "Petrov" << QStringList {Petrov} << QStringList();
-    // The edits stay with the sessions in the old folder; no second subject appears.
-    QTest::newRow("failed move: the old folder keeps all")
-        << "LastName" << true << "Petrov" << QStringList {Ivanov, Petrov}
-        << QStringList {"Ошибка", "Невозможно перенести папку респондента"};
 }
 
 void SubjectsTest::editingASubject()

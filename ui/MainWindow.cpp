@@ -4,6 +4,7 @@
 #include "data/TarveloSettings.h"
 #include "device/TarveloDevice.h"
 #include "device/widgets/PageDevice.h"
+#include "device/widgets/TarveloSettingsWidget.h"
 #include "device/widgets/TarveloStatusBar.h"
 #include "foundation/AppHelper.h"
 #include "foundation/NewVersionChecker.h"
@@ -150,15 +151,17 @@ void MainWindow::placeVersionHolder()
 
 void MainWindow::onStatusBarClicked()
 {
-    switch (statusClickAction(QGuiApplication::keyboardModifiers())) {
+    const StatusClick action = statusClickAction(QGuiApplication::keyboardModifiers());
+    switch (action) {
     case StatusClick::ShowDevicePage:
         m_tabs->setCurrentIndex(DevicePage);
         break;
     case StatusClick::DeviceSettings:
-    case StatusClick::DeviceSettingsWithSerial:
-        // The device's settings dialog arrives with the device options; until then the
-        // status bar leads to the device page either way.
-        m_tabs->setCurrentIndex(DevicePage);
+    case StatusClick::DeviceSettingsWithSerial: {
+        // Over whatever page is showing; the tab stays where it is.
+        TarveloSettingsWidget dialog(action == StatusClick::DeviceSettingsWithSerial, this);
+        dialog.exec();
         break;
+    }
     }
 }

@@ -1,6 +1,5 @@
 #include "ScriptCreatorWidget.h"
 
-#include "StimulusWidgets.h"
 #include "app/TarveloModel.h"
 #include "data/ScriptStage.h"
 #include "data/TarveloCommon.h"
@@ -9,6 +8,7 @@
 #include "foundation/widgets/MediaHelper.h"
 #include "foundation/widgets/UIHelper.h"
 #include "foundation/widgets/WidgetBuilders.h"
+#include "frame/StimulusWidgets.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>

@@ -1,11 +1,11 @@
 #include "TarveloStageEditor.h"
 
 #include "DeleteUpDownWidget.h"
-#include "StimulusWidgets.h"
 #include "data/ScriptStage.h"
 #include "data/TarveloCommon.h"
 #include "foundation/widgets/MediaHelper.h"
 #include "foundation/widgets/WidgetBuilders.h"
+#include "frame/StimulusWidgets.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

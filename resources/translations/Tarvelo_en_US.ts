@@ -16,6 +16,37 @@
     </message>
 </context>
 <context>
+    <name>ComUpdaterWidget</name>
+    <message>
+        <source>Update firmware</source>
+        <translation>Update firmware</translation>
+    </message>
+    <message>
+        <source>Open firmware file</source>
+        <translation>Open firmware file</translation>
+    </message>
+    <message>
+        <source>Valid firmware</source>
+        <translation>Valid firmware</translation>
+    </message>
+    <message>
+        <source>This is no readable ZIP archive.</source>
+        <translation>This is no readable ZIP archive.</translation>
+    </message>
+    <message>
+        <source>Refused: &quot;%1&quot; would be written outside the package&apos;s folder.</source>
+        <translation>Refused: &quot;%1&quot; would be written outside the package&apos;s folder.</translation>
+    </message>
+    <message>
+        <source>There were errors while uploading firmware</source>
+        <translation>There were errors while uploading firmware</translation>
+    </message>
+    <message>
+        <source>Done!</source>
+        <translation>Done!</translation>
+    </message>
+</context>
+<context>
     <name>CurrentUserComboBox</name>
     <message>
         <source>Не выбран</source>
@@ -53,6 +84,13 @@
         <source>OnExport_DoNothing</source>
         <extracomment>Ничего не делать / Do nothing</extracomment>
         <translation>Do nothing</translation>
+    </message>
+</context>
+<context>
+    <name>FirmwareFlasher</name>
+    <message>
+        <source>The tool said nothing for %1 s and was stopped.</source>
+        <translation>The tool said nothing for %1 s and was stopped.</translation>
     </message>
 </context>
 <context>
@@ -844,6 +882,37 @@
     <message>
         <source>Ошибка сохранения</source>
         <translation>Error saving</translation>
+    </message>
+</context>
+<context>
+    <name>TarveloSettingsWidget</name>
+    <message>
+        <source>Device</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>SN</source>
+        <translation>SN</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Invert audio</source>
+        <translation>Invert audio</translation>
+    </message>
+    <message>
+        <source>Invert pedals</source>
+        <translation>Invert pedals</translation>
+    </message>
+    <message>
+        <source>Flash all leds on start</source>
+        <translation>Flash all leds on start</translation>
+    </message>
+    <message>
+        <source>Flash</source>
+        <translation>Update firmware</translation>
     </message>
 </context>
 <context>

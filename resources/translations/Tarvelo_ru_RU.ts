@@ -16,6 +16,37 @@
     </message>
 </context>
 <context>
+    <name>ComUpdaterWidget</name>
+    <message>
+        <source>Update firmware</source>
+        <translation>Обновить прошивку</translation>
+    </message>
+    <message>
+        <source>Open firmware file</source>
+        <translation>Открыть файл прошивки</translation>
+    </message>
+    <message>
+        <source>Valid firmware</source>
+        <translation>Валидная прошивка</translation>
+    </message>
+    <message>
+        <source>This is no readable ZIP archive.</source>
+        <translation>Это не читаемый ZIP-архив.</translation>
+    </message>
+    <message>
+        <source>Refused: &quot;%1&quot; would be written outside the package&apos;s folder.</source>
+        <translation>Отклонено: «%1» был бы записан вне папки пакета.</translation>
+    </message>
+    <message>
+        <source>There were errors while uploading firmware</source>
+        <translation>При обновлении прошивки возникли ошибки</translation>
+    </message>
+    <message>
+        <source>Done!</source>
+        <translation>Готово!</translation>
+    </message>
+</context>
+<context>
     <name>CurrentUserComboBox</name>
     <message>
         <source>Не выбран</source>
@@ -53,6 +84,13 @@
         <source>OnExport_DoNothing</source>
         <extracomment>Ничего не делать / Do nothing</extracomment>
         <translation>Ничего не делать</translation>
+    </message>
+</context>
+<context>
+    <name>FirmwareFlasher</name>
+    <message>
+        <source>The tool said nothing for %1 s and was stopped.</source>
+        <translation>Программа молчала %1 с и была остановлена.</translation>
     </message>
 </context>
 <context>
@@ -844,6 +882,37 @@
     <message>
         <source>Ошибка сохранения</source>
         <translation>Ошибка сохранения</translation>
+    </message>
+</context>
+<context>
+    <name>TarveloSettingsWidget</name>
+    <message>
+        <source>Device</source>
+        <translation>Устройство</translation>
+    </message>
+    <message>
+        <source>SN</source>
+        <translation>SN</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Версия</translation>
+    </message>
+    <message>
+        <source>Invert audio</source>
+        <translation>Инвертировать аудио</translation>
+    </message>
+    <message>
+        <source>Invert pedals</source>
+        <translation>Инвертировать педали</translation>
+    </message>
+    <message>
+        <source>Flash all leds on start</source>
+        <translation>Мигать всеми лампочками</translation>
+    </message>
+    <message>
+        <source>Flash</source>
+        <translation>Обновить прошивку</translation>
     </message>
 </context>
 <context>

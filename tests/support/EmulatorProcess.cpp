@@ -2,9 +2,6 @@
 
 #include "device/PortCatalog.h"
 
-#include <QDir>
-#include <QFile>
-
 namespace {
 constexpr int StartTimeoutMs = 10000;
 } // namespace
@@ -12,6 +9,14 @@ constexpr int StartTimeoutMs = 10000;
 EmulatorProcess::~EmulatorProcess()
 {
     kill();
+}
+
+void EmulatorProcess::kill()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.kill();
+    m_process.waitForFinished();
 }
 
 bool EmulatorProcess::start(const QStringList &arguments)
@@ -32,19 +37,6 @@ bool EmulatorProcess::start(const QStringList &arguments)
     }
     m_path = QString::fromLocal8Bit(m_process.readLine()).trimmed();
     return !m_path.isEmpty();
-}
-
-void EmulatorProcess::kill()
-{
-    if (m_process.state() == QProcess::NotRunning)
-        return;
-    m_process.kill();
-    m_process.waitForFinished();
-}
-
-bool EmulatorProcess::waitForExit(int ms)
-{
-    return m_process.state() == QProcess::NotRunning || m_process.waitForFinished(ms);
 }
 
 QStringList EmulatorProcess::log() const

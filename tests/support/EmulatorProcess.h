@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QProcess>
-#include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 // Runs tarvelo-devsim for a test: starts it with a traffic log of its own, reads the path of
@@ -18,14 +16,13 @@ public:
     // False if the program didn't start or printed no path in time.
     bool start(const QStringList &arguments = {});
     QString path() const { return m_path; }
+    // As if the cable were pulled.
     void kill();
-    bool waitForExit(int ms = 10000);
 
     QStringList log() const;
     // The commands it received and the reports it sent, in order, without their marks.
     QStringList commands() const { return linesMarked('<'); }
     QStringList reports() const { return linesMarked('>'); }
-    int count(const QString &command) const { return commands().count(command); }
 
 private:
     QStringList linesMarked(char mark) const;

@@ -2,8 +2,6 @@
 
 #include "device/DeviceProtocol.h"
 
-#include <QTextCodec>
-
 FakeBox::FakeBox(const QString &greetingAnswer, QObject *parent)
     : QObject(parent)
     , m_decoder(QTextCodec::codecForName("UTF-8")->makeDecoder())

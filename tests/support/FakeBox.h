@@ -3,8 +3,6 @@
 #include "device/TarveloMessage.h"
 #include "tools/devsim/PseudoTerminal.h"
 
-#include <QObject>
-#include <QStringList>
 #include <QTextDecoder>
 
 #include <memory>

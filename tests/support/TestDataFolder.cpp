@@ -3,14 +3,11 @@
 #include "data/TarveloScript.h"
 #include "data/TarveloUser.h"
 
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <QJsonDocument>
 #include <QStandardPaths>
 
-TestDataFolder::TestDataFolder()
+TestDataFolder::TestDataFolder(const QString &base)
+    : m_home(base + QStringLiteral("/tarvelo-home-XXXXXX"))
 {
     qputenv("HOME", QFile::encodeName(m_home.path()));
     QStandardPaths::setTestModeEnabled(true);
@@ -34,18 +31,7 @@ bool TestDataFolder::writeScript(const QString &title, const QStringList &stageL
     script.setTitle(title);
     for (const QString &line : stageLines)
         script.addStage(ScriptStage::fromText(line));
-    return saveScript(script, title + QStringLiteral(".script"));
-}
-
-bool TestDataFolder::saveScript(const TarveloScript &script, const QString &fileName) const
-{
-    const QString path = scripts() + fileName;
-    return QDir().mkpath(QFileInfo(path).absolutePath()) && script.save(path);
-}
-
-bool TestDataFolder::copyScript(const QString &path) const
-{
-    return QDir().mkpath(scripts()) && QFile::copy(path, scripts() + QFileInfo(path).fileName());
+    return QDir().mkpath(scripts()) && script.save(scripts() + title + QStringLiteral(".script"));
 }
 
 QString TestDataFolder::addSubject(const QString &lastName, const QString &guid) const
@@ -59,9 +45,8 @@ QString TestDataFolder::addSubject(const QString &lastName, const QString &guid)
 
 bool TestDataFolder::writeSettings(const QByteArray &elements) const
 {
-    QFile file(settingsFile());
-    return QDir().mkpath(m_root) && file.open(QIODevice::WriteOnly)
-        && file.write("<TarveloSettings>" + elements + "</TarveloSettings>") >= 0;
+    return QDir().mkpath(m_root)
+        && TestFiles::write(settingsFile(), "<TarveloSettings>" + elements + "</TarveloSettings>");
 }
 
 QStringList TestDataFolder::sessionFiles(const QString &folder)

@@ -2,10 +2,8 @@
 
 #include "support/TestFiles.h"
 
-#include <QByteArray>
+#include <QDir>
 #include <QJsonObject>
-#include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 class TarveloScript;
@@ -17,7 +15,8 @@ class TarveloScript;
 class TestDataFolder
 {
 public:
-    TestDataFolder();
+    // The temporary HOME is made in base.
+    explicit TestDataFolder(const QString &base = QDir::tempPath());
 
     // For initTestCase; false if the documents folder doesn't resolve under the temporary HOME.
     bool isValid() const;
@@ -34,9 +33,6 @@ public:
 
     // Writes "<title>.script" with the given stage lines, each as a script file has them.
     bool writeScript(const QString &title, const QStringList &stageLines) const;
-    // Saves under the scripts folder by a file name of the test's own, subfolders included.
-    bool saveScript(const TarveloScript &script, const QString &fileName) const;
-    bool copyScript(const QString &path) const;
     // Files a subject as the subject editor does and returns its folder, with a slash.
     QString addSubject(const QString &lastName, const QString &guid) const;
 

@@ -1,15 +1,20 @@
 // tarvelo-screenshot: renders the main window to PNG files for review. It runs against whatever
 // box, data folder and system language the environment gives (scripts/screenshots.sh sets up
 // the emulator and a demo folder, and runs it once per language): the first pictures show the
-// window once the box has answered and a script is selected, with the Script page also editing
-// that script and its creator open, the next the live report after some stages of that script
-// have been played and the export's file dialog, and the last, once that run has been stopped and
+// window once the box has answered and a script is selected, with the device page showing lamps
+// lit by the box, the device settings and firmware dialogs, the Script page also editing that
+// script and its creator open, the next the live report after some stages of that script have
+// been played and the export's file dialog, and the last, once that run has been stopped and
 // stored, the subject page showing it and the subject editor. A demo subject is filed first when
 // the folder has none.
 #include "app/TarveloModel.h"
+#include "data/TarveloCommon.h"
 #include "data/TarveloSession.h"
 #include "data/TarveloUser.h"
+#include "device/FirmwarePackage.h"
 #include "device/TarveloDevice.h"
+#include "device/widgets/ComUpdaterWidget.h"
+#include "device/widgets/TarveloSettingsWidget.h"
 #include "foundation/LanguageContext.h"
 #include "frame/HeaderedWidget.h"
 #include "frame/PlayScriptStopSessionButton.h"
@@ -24,6 +29,7 @@
 #include "ui/TarveloScriptEditor.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QEventLoop>
@@ -36,6 +42,7 @@
 #include <QTextStream>
 #include <QTimer>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -96,6 +103,57 @@ bool playedEnough(const TarveloModel &model, int stages)
         return true;
     const QList<SessionStage *> played = session->stages();
     return played.size() > stages && played.constLast()->steps().size() >= 2;
+}
+
+// The lamps that the device page picture shows lit, one of each row.
+const QList<int> LitLamps {TarveloCommon::LED_TOP_Blue, TarveloCommon::LED_MID_Red,
+                           TarveloCommon::LED_MID_Green, TarveloCommon::LED_BOT_WhiteLeft};
+
+// The device page once the box reports the lamps lit, which it keeps so until told otherwise.
+bool saveDevicePage(MainWindow &window, TarveloDevice *device, const QString &path, int timeoutMs)
+{
+    bool lit = false;
+    const QMetaObject::Connection reports =
+        QObject::connect(device, &TarveloDevice::ledChanged, [&lit](const QList<bool> &leds) {
+            lit = true;
+            for (int lamp : LitLamps)
+                lit = lit && leds.value(lamp);
+        });
+    for (int lamp : LitLamps)
+        device->testStimulus(lamp, true);
+    const bool shown = waitFor([&lit] { return lit; }, timeoutMs);
+    QObject::disconnect(reports);
+    // The page takes the report queued.
+    QCoreApplication::processEvents();
+    const bool saved = shown && save(window, path);
+    for (int lamp : LitLamps)
+        device->testStimulus(lamp, false);
+    return saved;
+}
+
+// The settings dialog in service mode, once the box has told its options.
+bool saveDeviceSettings(MainWindow &window, const QString &path, int timeoutMs)
+{
+    TarveloSettingsWidget dialog(true, &window);
+    dialog.show();
+    const QList<QCheckBox *> boxes = dialog.findChildren<QCheckBox *>();
+    const bool answered = waitFor(
+        [&boxes] {
+            return std::all_of(boxes.cbegin(), boxes.cend(),
+                               [](const QCheckBox *box) { return box->isEnabled(); });
+        },
+        timeoutMs);
+    return answered && save(dialog, path);
+}
+
+// The firmware dialog as "Flash" opens it, with the box's port as the only one.
+bool saveFirmwareUpdate(const TarveloDevice *device, const QString &path)
+{
+    ComUpdaterWidget dialog(FirmwarePackage::AtMega2560, QStringLiteral("tvl"),
+                            FirmwarePackage::SelfPrefix + QStringLiteral("avrdude"),
+                            {QLatin1Char('-') + device->portName()});
+    dialog.show();
+    return save(dialog, path);
 }
 
 // Stops the session the way the operator does and opens the export's file dialog: the dialog
@@ -245,7 +303,7 @@ int main(int argc, char *argv[])
 
     TarveloModel *model = window.model();
     fileDemoSubject(*model);
-    const TarveloDevice *device = model->device();
+    TarveloDevice *device = model->device();
     const bool ready = waitFor(
         [&] {
             return device->isConnected() && !device->serialNumber().isEmpty()
@@ -269,10 +327,21 @@ int main(int argc, char *argv[])
         for (const auto &[tab, name] : PagePictures) {
             window.tabs()->setCurrentIndex(tab);
             const QString path = pagesFolder + QLatin1Char('/') + QLatin1String(name);
-            if (!save(window, path))
-                return fail(QStringLiteral("can't write %1").arg(path));
+            const bool saved = tab == MainWindow::DevicePage
+                ? saveDevicePage(window, device, path, timeoutMs)
+                : save(window, path);
+            if (!saved)
+                return fail(QStringLiteral("the box didn't light its lamps, or %1 can't be written")
+                                .arg(path));
         }
         window.tabs()->setCurrentIndex(MainWindow::ScriptPage);
+        const QString settingsPath = pagesFolder + QStringLiteral("/device-settings.png");
+        if (!saveDeviceSettings(window, settingsPath, timeoutMs))
+            return fail(QStringLiteral("the box didn't tell its options, or %1 can't be written")
+                            .arg(settingsPath));
+        const QString firmwarePath = pagesFolder + QStringLiteral("/firmware-update.png");
+        if (!saveFirmwareUpdate(device, firmwarePath))
+            return fail(QStringLiteral("can't write %1").arg(firmwarePath));
 
         page->editButton()->click();
         // A title the file name can't carry, to show the inline reason and the held-back Save.

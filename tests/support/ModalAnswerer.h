@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTimer>
+#include <QtTest>
+
+// Answers whatever window asks the operator something, so that none blocks a test: a message
+// box by the button named answer (without one: yes or OK; without those it is closed), a save
+// dialog with saveAs and saveFilter, a context menu by its first entry. For widget tests only.
+class ModalAnswerer : public QObject
+{
+public:
+    QString answer;
+    QStringList messages; // title and text of each message box, in turn
+    QString saveAs;
+    QString saveFilter;
+
+    ModalAnswerer()
+    {
+        m_watch.setInterval(10);
+        connect(&m_watch, &QTimer::timeout, this, &ModalAnswerer::look);
+        m_watch.start();
+    }
+
+private:
+    void look()
+    {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+            messages << box->windowTitle() << box->text();
+            for (QAbstractButton *button : box->buttons()) {
+                const QMessageBox::ButtonRole role = box->buttonRole(button);
+                if (answer.isEmpty()
+                        ? role == QMessageBox::YesRole || role == QMessageBox::AcceptRole
+                        : button->text() == answer)
+                    return button->click();
+            }
+            box->done(-1);
+        } else if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
+            dialog->selectNameFilter(saveFilter);
+            dialog->selectFile(saveAs);
+            static_cast<QDialog *>(dialog)->accept(); // public there
+        } else if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+            if (m_menu == menu)
+                return;
+            m_menu = menu;
+            // Chosen from a timer of its own: the entry's confirmation needs this one free.
+            QTimer::singleShot(0, menu, [menu] {
+                menu->setActiveAction(menu->actions().value(0));
+                QTest::keyClick(menu, Qt::Key_Return);
+            });
+        }
+    }
+
+    QTimer m_watch;
+    QPointer<QMenu> m_menu;
+};
