@@ -5,9 +5,11 @@
 #include "data/TarveloSession.h"
 #include "foundation/FileUtilities.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QPdfWriter>
 #include <QScreen>
 #include <QTextDocument>
@@ -19,6 +21,49 @@ const QString FileDateFormat = QStringLiteral("yyyy-MM-dd HH.mm");
 const QString PartSeparator = QStringLiteral(" - ");
 const QString CsvSeparator = QStringLiteral(";");
 const QString CsvLineEnd = QStringLiteral("\r\n");
+
+// Laid out as QTextDocument::print() lays out its copy of a document: the page's margins (2 mm
+// where it has none), 2 cm around the text and the page number under its bottom right corner.
+// Laid out once, on the page itself, instead of at screen width first and then again in a copy,
+// which cost the most of a long session's export.
+void printOnce(const QString &html, QPdfWriter &writer, qreal dpi)
+{
+    if (writer.pageLayout().margins().isNull())
+        writer.setPageMargins(QMarginsF(2, 2, 2, 2), QPageLayout::Millimeter);
+    QPainter painter(&writer);
+    QTextDocument document;
+    document.documentLayout()->setPaintDevice(&writer);
+    const int margin = int(2 / 2.54 * dpi);
+    document.setDocumentMargin(margin);
+    const QRectF body(0, 0, writer.width(), writer.height());
+    document.setPageSize(body.size());
+    document.setHtml(html);
+
+    const QPointF pageNumberAt(body.width() - margin * writer.logicalDpiX() / dpi,
+                               body.height() - margin * writer.logicalDpiY() / dpi
+                                   + QFontMetrics(document.defaultFont(), &writer).ascent()
+                                   + 5 * writer.logicalDpiY() / 72.0);
+    QAbstractTextDocumentLayout::PaintContext context;
+    // Black whatever the system's text colour: the page is white paper.
+    context.palette.setColor(QPalette::Text, Qt::black);
+    const int pages = document.pageCount();
+    for (int page = 0; page < pages; ++page) {
+        if (page > 0)
+            writer.newPage();
+        const QRectF view(0, page * body.height(), body.width(), body.height());
+        painter.save();
+        painter.translate(0, -view.top());
+        painter.setClipRect(view);
+        context.clip = view;
+        document.documentLayout()->draw(&painter, context);
+        painter.setClipping(false);
+        painter.setFont(document.defaultFont());
+        const QString number = QString::number(page + 1);
+        painter.drawText(qRound(pageNumberAt.x() - painter.fontMetrics().horizontalAdvance(number)),
+                         qRound(pageNumberAt.y() + view.top()), number);
+        painter.restore();
+    }
+}
 } // namespace
 
 const QStringList &filters()
@@ -107,10 +152,9 @@ bool writePdf(const QString &html, const QString &filePath, QString *error)
         writer.setPageSize(QPageSize(QPageSize::A4));
         // The resolution a screen printer has, which the report's pixel sizes are made for.
         const QScreen *screen = QGuiApplication::primaryScreen();
-        writer.setResolution(screen ? qRound(screen->logicalDotsPerInch()) : 96);
-        QTextDocument document;
-        document.setHtml(html);
-        document.print(&writer);
+        const qreal dpi = screen ? screen->logicalDotsPerInch() : 96;
+        writer.setResolution(qRound(dpi));
+        printOnce(html, writer, dpi);
     }
     return FileUtilities::writeAtomically(filePath, pdf.data(), error);
 }

@@ -68,7 +68,7 @@ class FaultsTest : public QObject
     QString sessionPath() const { return model()->recorder()->savePath(); }
     PageSession *page() const
     {
-        return qobject_cast<PageSession *>(m_window->tabs()->widget(MainWindow::SessionPage));
+        return qobject_cast<PageSession *>(m_window->page(MainWindow::SessionPage));
     }
     QString statusLine() const { return page()->sessionWidget()->statusLine()->text(); }
     QString notice() const { return m_window->tarveloStatusBar()->notice()->text(); }

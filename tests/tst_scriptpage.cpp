@@ -314,7 +314,7 @@ void ScriptPageTest::leavingWithUnsavedEditsAsks()
     MainWindow window;
     window.show();
     window.model()->selectScript(QStringLiteral("Проба"));
-    auto *page = qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage));
+    auto *page = qobject_cast<PageScript *>(window.page(MainWindow::ScriptPage));
     page->editButton()->click();
     if (change)
         page->editor()->descriptionEdit()->setText(QStringLiteral("Новое"));

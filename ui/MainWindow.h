@@ -2,6 +2,9 @@
 
 #include <QMainWindow>
 
+#include <array>
+#include <functional>
+
 class PageScript;
 class QTabWidget;
 class TarveloModel;
@@ -34,6 +37,9 @@ public:
 
     TarveloModel *model() const { return m_model; }
     QTabWidget *tabs() const { return m_tabs; }
+    // The page of a tab, built now if it hasn't been shown yet: a start builds only the page it
+    // shows. The tab itself holds a frame around the page.
+    QWidget *page(Page which);
     TarveloStatusBar *tarveloStatusBar() const { return m_statusBar; }
     QWidget *versionHolder() const { return m_versionHolder; }
 
@@ -52,6 +58,8 @@ private:
 
     TarveloModel *m_model;
     QTabWidget *m_tabs = nullptr;
+    std::array<std::function<QWidget *()>, SettingsPage + 1> m_pageMakers;
+    std::array<QWidget *, SettingsPage + 1> m_pages {};
     PageScript *m_scriptPage = nullptr;
     TarveloStatusBar *m_statusBar = nullptr;
     QWidget *m_versionHolder = nullptr;

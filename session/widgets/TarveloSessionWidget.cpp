@@ -10,6 +10,7 @@
 #include "session/SessionSummary.h"
 #include "session/widgets/SessionReportView.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QCheckBox>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -64,6 +65,9 @@ TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     m_pendingUpdate.setSingleShot(true);
     m_pendingUpdate.setInterval(FrameMs);
     connect(&m_pendingUpdate, &QTimer::timeout, this, &TarveloSessionWidget::updateReport);
+    // A view built while a session runs (its page is built when first shown) starts with it.
+    if (m_model)
+        onSessionUpdated();
 }
 
 void TarveloSessionWidget::setSession(TarveloSession *session)
