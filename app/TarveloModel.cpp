@@ -34,9 +34,12 @@ TarveloModel::TarveloModel(QObject *parent)
     m_scriptsFolder = m_rootFolder + QStringLiteral("Scripts/");
     FileUtilities::createIfNotExists(m_recordsFolder);
     FileUtilities::createIfNotExists(m_scriptsFolder);
-    // Settings.xml is named relative to the working folder, which is the data folder from now on.
+    m_dataFolderProblem = FileUtilities::writableFolderProblem(m_rootFolder);
     QDir::setCurrent(m_rootFolder);
     m_settings = new TarveloSettings(this);
+    // Named in full: with a data folder that can't be entered, a bare name would put the file
+    // into whatever folder the program was started from.
+    m_settings->setFilepath(m_rootFolder + TarveloSettings::fileName());
     m_settings->reload();
 
     m_device = new TarveloDevice(m_settings->getAutoSearch() ? -1 : m_settings->getComPort(), this);

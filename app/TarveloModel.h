@@ -32,12 +32,17 @@ public:
     static TarveloModel *instance();
 
     QString rootFolder() const { return m_rootFolder; }
+    // Empty when the data folder takes files; otherwise the system's reason why it doesn't.
+    // Nothing goes anywhere else then: every save fails, and says so.
+    QString dataFolderProblem() const { return m_dataFolderProblem; }
     QString recordsFolder() const { return m_recordsFolder; }
     QString scriptsFolder() const { return m_scriptsFolder; }
     TarveloSettings *settings() const { return m_settings; }
     TarveloDevice *device() const { return m_device; }
     TarveloSession *session() const;
     bool sessionRunning() const;
+    // Where the session of the moment stands on disk.
+    const SessionRecorder *recorder() const { return m_recorder; }
     QList<TarveloUser *> users() const { return m_users; }
     TarveloUser *currentUser() const { return m_currentUser; }
     TarveloScript *currentScript() const { return m_currentScript; }
@@ -104,6 +109,7 @@ private:
     void rememberScriptTitle();
 
     QString m_rootFolder;
+    QString m_dataFolderProblem;
     QString m_recordsFolder;
     QString m_scriptsFolder;
     TarveloSettings *m_settings = nullptr;

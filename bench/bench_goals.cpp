@@ -127,7 +127,7 @@ __attribute__((noinline)) double timedUpdate(TarveloSessionWidget *view)
 // opens) and scrolled to the bottom, where every change is in sight.
 void liveViewUpdates(MainWindow &window, int stageRuns)
 {
-    auto *page = qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage));
+    auto *page = qobject_cast<PageSession *>(window.page(MainWindow::SessionPage));
     TarveloSessionWidget *view = page->sessionWidget();
     auto *scroll = view->findChild<QScrollArea *>();
     QRandomGenerator random(7);

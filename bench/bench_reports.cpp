@@ -8,7 +8,6 @@
 #include "RecordedRun.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
-#include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
 #include "device/TarveloMessage.h"
 #include "support/TestDataFolder.h"
@@ -41,7 +40,7 @@ double best(const std::function<void()> &round)
 void feed(TarveloMessage &splitter, const QByteArray &bytes)
 {
     for (int from = 0; from < bytes.size(); from += ReadBytes)
-        splitter.parse(DeviceProtocol::decode(bytes.mid(from, ReadBytes)));
+        splitter.parseBytes(bytes.mid(from, ReadBytes));
 }
 
 void report(const char *path, const RecordedRun &stream, double seconds)

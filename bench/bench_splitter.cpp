@@ -1,6 +1,5 @@
 // Throughput of the frame splitter on a large noisy stream, read in serial-port-sized chunks and
 // decoded per read as the live link does it.
-#include "device/DeviceProtocol.h"
 #include "device/TarveloMessage.h"
 
 #include <QElapsedTimer>
@@ -45,7 +44,7 @@ int main()
     QElapsedTimer timer;
     timer.start();
     for (int from = 0; from < stream.size(); from += ReadBytes)
-        splitter.parse(DeviceProtocol::decode(stream.mid(from, ReadBytes)));
+        splitter.parseBytes(stream.mid(from, ReadBytes));
     const double seconds = timer.nsecsElapsed() / 1e9;
 
     QTextStream out(stdout);

@@ -2,6 +2,7 @@
 
 #include "KeyValueText.h"
 #include "foundation/FileUtilities.h"
+#include "foundation/WriteFailures.h"
 
 #include <QFile>
 
@@ -30,7 +31,11 @@ bool TarveloScript::load(const QString &path)
 bool TarveloScript::save(const QString &path) const
 {
     const QString target = path.isEmpty() ? m_filePath : path;
-    return FileUtilities::writeAtomically(target, toText().toUtf8());
+    QString error;
+    const bool written = FileUtilities::writeAtomically(target, toText().toUtf8(), &error);
+    if (!written)
+        WriteFailures::report(target, error);
+    return written;
 }
 
 QString TarveloScript::headerText() const

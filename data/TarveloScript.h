@@ -17,7 +17,8 @@ public:
 
     // False only when the file can't be opened; content problems take defaults.
     bool load(const QString &path);
-    // An empty path means the file last loaded. The file is replaced atomically.
+    // An empty path means the file last loaded. The file is replaced atomically; a failure is
+    // announced on WriteFailures.
     bool save(const QString &path = QString()) const;
 
     QString toText() const;

@@ -44,12 +44,12 @@ QString TarveloSession::fileSuffix()
     return FileSuffix;
 }
 
-bool TarveloSession::save(const QString &folder) const
+bool TarveloSession::save(const QString &folder, QString *error) const
 {
     const QString target = FileUtilities::FolderSlash(folder);
     FileUtilities::createIfNotExists(target);
     const QByteArray bytes = QJsonDocument(toJson()).toJson(QJsonDocument::Indented);
-    return FileUtilities::writeAtomically(target + fileName(), bytes);
+    return FileUtilities::writeAtomically(target + fileName(), bytes, error);
 }
 
 TarveloSession *TarveloSession::load(const QString &path, TarveloSession *session)

@@ -26,8 +26,9 @@ public:
     // The same from the bytes of a session file.
     static TarveloSession *fromJson(const QByteArray &bytes, TarveloSession *session = nullptr);
     // Writes "<folder>/<start as yyyy.MM.dd-hh.mm.ss>.session", creating the folder. The file
-    // is replaced atomically, so a failed save leaves an earlier file whole.
-    bool save(const QString &folder) const;
+    // is replaced atomically, so a failed save leaves an earlier file whole; error, when given,
+    // gets the system's reason.
+    bool save(const QString &folder, QString *error = nullptr) const;
     // The file's name for this session; an invalid start means the current time.
     QString fileName() const;
     // ".session", the ending of every session file.

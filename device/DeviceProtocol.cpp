@@ -4,11 +4,6 @@
 
 namespace DeviceProtocol {
 
-QString decode(const QByteArray &bytes)
-{
-    return QString::fromUtf8(bytes.constData(), bytes.size());
-}
-
 QList<QByteArray> framePieces(const QString &text)
 {
     const QByteArray frame = QByteArray(1, '{') + text.toUtf8() + '}';

@@ -65,11 +65,6 @@ constexpr int StartScriptDelayMs = 1000;
 // The greeting goes to a candidate port this long after it opened.
 constexpr int GreetingDelayMs = 1000;
 
-// One read of the link as text. Each read is decoded by itself, so a character cut by two reads
-// turns into replacement characters. A NUL byte is noise like any other: the QByteArray form
-// of QString::fromUtf8 would end the text there and lose the frames behind it.
-QString decode(const QByteArray &bytes);
-
 // "{" text "}" in UTF-8, cut into writes of at most ChunkBytes bytes. A cut may fall inside a
 // multi-byte character: the box reads a plain byte stream.
 QList<QByteArray> framePieces(const QString &text);

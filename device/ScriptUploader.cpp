@@ -26,7 +26,13 @@ void ScriptUploader::upload(const TarveloScript &script, int saveSlot, bool star
     m_total = uploadTotal(script);
     const QVector<UploadCommand> commands = uploadCommands(script, saveSlot);
     for (const UploadCommand &command : commands) {
-        m_send(command.text, command.delayMs);
+        if (!m_send(command.text, command.delayMs)) {
+            qDebug() << "Tarvelo upload stopped: not sent" << command.text;
+            m_uploading = false;
+            emit progress(-1);
+            emit failed();
+            return;
+        }
         tick();
     }
     if (start) {

@@ -16,6 +16,15 @@ using namespace DeviceProtocol;
 namespace {
 constexpr int FirstSearchIntervalMs = 5000;
 constexpr int PieceWaitMs = 10;
+// How long the last commands may take to leave when the link is let go with the program.
+constexpr int FlushOnCloseMs = 100;
+
+// Errors after which the port is of no more use. A write that merely took longer than its wait
+// is not one of them.
+bool breaksLink(QSerialPort::SerialPortError error)
+{
+    return error != QSerialPort::NoError && error != QSerialPort::TimeoutError;
+}
 } // namespace
 
 TarveloDevice::TarveloDevice(int comPort, QObject *parent)
@@ -32,12 +41,21 @@ TarveloDevice::TarveloDevice(int comPort, QObject *parent)
     m_connections << connect(&m_message, &TarveloMessage::messageReceived, this,
                              &TarveloDevice::handleMessage, Qt::DirectConnection);
     m_uploader = new ScriptUploader(
-        [this](const QString &command, int delayMs) { sendCommand(command, delayMs); }, this);
+        [this](const QString &command, int delayMs) { return sendCommand(command, delayMs); },
+        this);
     connect(m_uploader, &ScriptUploader::progress, this, &TarveloDevice::loadProgress);
+    connect(m_uploader, &ScriptUploader::failed, this, &TarveloDevice::uploadFailed);
     qRegisterMetaType<TarveloCommon::Stimulus>("Stimulus");
 }
 
-TarveloDevice::~TarveloDevice() = default;
+TarveloDevice::~TarveloDevice()
+{
+    // The last words, such as the stop of a session aborted on closing, reach the box before
+    // the port goes; nothing it says meanwhile is dispatched to a model that is going as well.
+    m_portConnections.clear();
+    if (m_port && m_port->isOpen())
+        m_port->waitForBytesWritten(FlushOnCloseMs);
+}
 
 void TarveloDevice::setSearchInterval(int seconds)
 {
@@ -75,27 +93,28 @@ void TarveloDevice::setConnected(bool on)
         emit onDisconnected();
 }
 
-void TarveloDevice::sendText(const QString &command, QSerialPort *port, int delayMs)
+bool TarveloDevice::sendText(const QString &command, QSerialPort *port, int delayMs)
 {
     if (!port || !port->isOpen())
-        return;
+        return false;
     logCommand(command);
     const QList<QByteArray> pieces = framePieces(command);
-    if (pieces.size() == 1) {
-        port->write(pieces.constFirst());
-        if (delayMs > 0)
-            port->waitForBytesWritten(delayMs);
-        return;
-    }
+    // A frame in pieces waits briefly after each; delayMs counts for a whole frame only.
+    const int waitMs = pieces.size() == 1 ? delayMs : PieceWaitMs;
     for (const QByteArray &piece : pieces) {
-        port->write(piece);
-        port->waitForBytesWritten(PieceWaitMs);
+        if (port->write(piece) != piece.size())
+            return false;
+        if (waitMs > 0)
+            port->waitForBytesWritten(waitMs);
+        if (breaksLink(port->error()))
+            return false;
     }
+    return true;
 }
 
-void TarveloDevice::sendCommand(const QString &command, int delayMs)
+bool TarveloDevice::sendCommand(const QString &command, int delayMs)
 {
-    sendText(command, m_port, delayMs);
+    return sendText(command, m_port, delayMs);
 }
 
 void TarveloDevice::logCommand(const QString &command)
@@ -208,7 +227,7 @@ void TarveloDevice::handleCandidateReply(QSerialPort *port, TarveloMessage *spli
     // A reply queued before the pass that closed this port is stale.
     if (!m_searchPorts.contains(port) || !port->isOpen())
         return;
-    const QStringList messages = splitter->parse(decode(port->readAll()));
+    const QStringList messages = splitter->parseBytes(port->readAll());
     if (!messages.contains(GreetingAnswer))
         return;
     splitter->deleteLater();
@@ -233,13 +252,29 @@ void TarveloDevice::takeLink(QSerialPort *port)
     m_port = port;
     m_message.reset();
     m_portConnections << connect(
-        port, &QSerialPort::errorOccurred, this, [this] { setConnected(false); },
+        port, &QSerialPort::errorOccurred, this,
+        [this, port](QSerialPort::SerialPortError error) { handlePortError(port, error); },
         Qt::DirectConnection);
     m_portConnections << connect(port, &QSerialPort::readyRead, this,
                                  [this, port] { receive(port->readAll()); });
     sendText(AskSerialNumber, port);
     sendText(AskVersion, port);
     emit gotPortName(m_portName);
+}
+
+void TarveloDevice::handlePortError(QSerialPort *port, QSerialPort::SerialPortError error)
+{
+    if (!breaksLink(error))
+        return;
+    m_portConnections.clear();
+    m_port = nullptr;
+    setConnected(false);
+    // Closed once this signal has returned, as the port may be inside a call of its own; its
+    // device and lock are then free for the next search pass.
+    QTimer::singleShot(0, port, [port] {
+        port->close();
+        port->deleteLater();
+    });
 }
 
 void TarveloDevice::reportRefusal(const QSerialPort *port)
@@ -257,7 +292,7 @@ void TarveloDevice::reportRefusal(const QSerialPort *port)
 
 void TarveloDevice::receive(const QByteArray &bytes)
 {
-    m_message.parse(decode(bytes));
+    m_message.parseBytes(bytes);
 }
 
 void TarveloDevice::handleMessage(const QString &msg)

@@ -7,20 +7,21 @@
 #include <QList>
 #include <QMap>
 #include <QObject>
+#include <QSerialPort>
 #include <QString>
 #include <QTimer>
 #include <QVector>
 
-class QSerialPort;
 class ScriptUploader;
 class TarveloScript;
 struct PortCandidate;
 
 // The single owner of the serial link to the box. A timer tries every suitable port at once,
 // greets it, and the first one that answers with the box's own word becomes the live link; the
-// same timer then watches that link and asks for whatever is still unknown. Nothing here talks
-// to the operator: the signals are the whole outcome, and a command without a live link is
-// dropped without a word.
+// same timer then watches that link and asks for whatever is still unknown. A port that fails
+// (a pulled cable, a removed device) is let go at once, so that the next pass can find the
+// same box again. Nothing here talks to the operator: the signals are the whole outcome, and a
+// command without a live link is dropped, with false as its only trace.
 class TarveloDevice : public QObject
 {
     Q_OBJECT
@@ -49,15 +50,17 @@ public:
     void setSearchEnabled(bool on);
     void setConnected(bool on);
 
-    // Frames one command and writes it; a null or closed port is left alone.
-    static void sendText(const QString &command, QSerialPort *port, int delayMs = 0);
-    void sendCommand(const QString &command, int delayMs = 0);
+    // Frames one command and writes it; false when it didn't go out (a null or closed port, a
+    // write the port refused, an error that broke the link).
+    static bool sendText(const QString &command, QSerialPort *port, int delayMs = 0);
+    bool sendCommand(const QString &command, int delayMs = 0);
 
     void setStatusReports(bool on);
     void testLamp(int n);
     void testStimulus(int n, bool on);
     // Blocks the calling thread in short paced waits, with an event pass between commands, and
     // arms "startScript" a second after the last one when start is set (see ScriptUploader).
+    // Stops at the first command that doesn't go out, with uploadFailed.
     void uploadScript(const TarveloScript *script, int saveSlot = -1, bool start = true);
 
     // Dispatches one whole message of the live link and passes it on through onMessage. Public
@@ -80,6 +83,8 @@ signals:
     void btnChanged(int btn, bool on);
     void gotSettings(bool audioInvert, bool pedalsInvert, bool flashAll, bool soundErrors);
     void loadProgress(int progress);
+    // An upload stopped at a command that didn't go out; the script isn't started.
+    void uploadFailed();
     void onMessage(const QString &msg);
     // A port exists but refuses this user; told once per port, and the search goes on. The group
     // is the one to join, empty where no group applies (Windows: another program holds the port).
@@ -98,6 +103,7 @@ private:
     void tryCandidate(const PortCandidate &candidate);
     void handleCandidateReply(QSerialPort *port, TarveloMessage *splitter);
     void takeLink(QSerialPort *port);
+    void handlePortError(QSerialPort *port, QSerialPort::SerialPortError error);
     void reportRefusal(const QSerialPort *port);
 
     void handleSerialNumber(const QString &msg);

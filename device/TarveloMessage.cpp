@@ -1,13 +1,34 @@
 #include "TarveloMessage.h"
 
+#include <QDebug>
+#include <QTextCodec>
+#include <QTextDecoder>
+
 namespace {
 const QChar OpenBrace = QLatin1Char('{');
 const QChar CloseBrace = QLatin1Char('}');
+
+std::unique_ptr<QTextDecoder> utf8Decoder()
+{
+    return std::unique_ptr<QTextDecoder>(QTextCodec::codecForName("UTF-8")->makeDecoder());
+}
 } // namespace
 
 TarveloMessage::TarveloMessage(QObject *parent)
     : QObject(parent)
+    , m_decoder(utf8Decoder())
 {
+}
+
+TarveloMessage::~TarveloMessage() = default;
+
+QStringList TarveloMessage::parseBytes(const QByteArray &bytes)
+{
+    // An empty read would make the decoder give up a character cut before it.
+    if (bytes.isEmpty())
+        return QStringList();
+    // With its length: a NUL byte is noise like any other and must not end the text.
+    return parse(m_decoder->toUnicode(bytes.constData(), bytes.size()));
 }
 
 QStringList TarveloMessage::parse(const QString &chunk)
@@ -26,9 +47,11 @@ QStringList TarveloMessage::parse(const QString &chunk)
 
 void TarveloMessage::reset()
 {
+    m_decoder = utf8Decoder();
     m_messages.clear();
     m_buffer.clear();
     m_inside = false;
+    m_dropping = false;
 }
 
 void TarveloMessage::addText(const QString &text)
@@ -44,14 +67,22 @@ void TarveloMessage::addText(const QString &text)
             continue;
         }
         const int close = text.indexOf(CloseBrace, from);
-        if (close < 0) {
-            m_buffer += text.midRef(from);
-            return;
+        const int end = close < 0 ? text.size() : close;
+        if (!m_dropping && m_buffer.size() + (end - from) > MaxFrameLength) {
+            qWarning() << "Tarvelo: a frame longer than" << MaxFrameLength
+                       << "characters is dropped";
+            m_buffer.clear();
+            m_dropping = true;
         }
+        if (!m_dropping)
+            m_buffer += text.midRef(from, end - from);
+        if (close < 0)
+            return;
         m_inside = false;
-        m_buffer += text.midRef(from, close - from);
-        m_messages << m_buffer;
+        if (!m_dropping)
+            m_messages << m_buffer;
         m_buffer.clear();
+        m_dropping = false;
         // The closing brace itself is skipped by the next search for "{".
         from = close;
     }

@@ -110,9 +110,9 @@ QString AbstractMetaDescriptor::saveToString() const
     return SettingsXmlCodec::write(*this);
 }
 
-bool AbstractMetaDescriptor::save(const QString &path) const
+bool AbstractMetaDescriptor::save(const QString &path, QString *error) const
 {
-    return FileUtilities::writeAtomically(path, saveToString().toUtf8());
+    return FileUtilities::writeAtomically(path, saveToString().toUtf8(), error);
 }
 
 bool AbstractMetaDescriptor::loadFromString(const QString &xml)
@@ -170,10 +170,10 @@ QJsonObject AbstractMetaDescriptor::saveToJson() const
     return SettingsJsonCodec::saveToJson(*this);
 }
 
-bool AbstractMetaDescriptor::saveToJsonFile(const QString &path) const
+bool AbstractMetaDescriptor::saveToJsonFile(const QString &path, QString *error) const
 {
     return FileUtilities::writeAtomically(
-        path, QJsonDocument(saveToJson()).toJson(QJsonDocument::Compact));
+        path, QJsonDocument(saveToJson()).toJson(QJsonDocument::Compact), error);
 }
 
 bool AbstractMetaDescriptor::loadFromJsonFile(const QString &path)

@@ -46,7 +46,8 @@ public:
 
     // XML form: the root element is named after the class, one child per stored property.
     QString saveToString() const;
-    bool save(const QString &path) const;
+    // Atomically; on failure error, when given, gets the system's reason.
+    bool save(const QString &path, QString *error = nullptr) const;
     // Always true: what is missing, unknown or unconvertible leaves the property as it was.
     bool loadFromString(const QString &xml);
     // The bytes of a file, decoded as its prolog says; always true like loadFromString.
@@ -66,7 +67,7 @@ public:
     QVariantMap valueMap() const;
     void loadValueMap(const QVariantMap &values);
     QJsonObject saveToJson() const;
-    bool saveToJsonFile(const QString &path) const;
+    bool saveToJsonFile(const QString &path, QString *error = nullptr) const;
     bool loadFromJsonFile(const QString &path);
     bool loadFromJson(const QByteArray &json);
     bool loadFromJson(const QJsonDocument &document);

@@ -27,9 +27,9 @@ QString OS()
     return QSysInfo::productType();
 }
 
-void showInFolder(const QString &path)
+bool showInFolder(const QString &path)
 {
-    DesktopShell::showInFolder(path);
+    return DesktopShell::showInFolder(path);
 }
 
 QString findInResources(const QString &name)

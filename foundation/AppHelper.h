@@ -12,8 +12,9 @@ QString appVersion(bool threeParts);
 // The platform as the version service hears of it: "windows", "debian", "osx" and the like.
 QString OS();
 
-// Shows the file selected in the system's file manager (or opens the folder itself).
-void showInFolder(const QString &path);
+// Shows the file selected in the system's file manager (or opens the folder itself); false when
+// no program took it.
+bool showInFolder(const QString &path);
 
 // The first compiled-in resource whose path ends in name, as a "qrc:" path; null if none.
 QString findInResources(const QString &name);

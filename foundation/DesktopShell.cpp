@@ -28,11 +28,11 @@ bool DesktopShell::openFile(const QString &path)
     return openUrlOf(path);
 }
 
-void DesktopShell::showInFolder(const QString &path)
+bool DesktopShell::showInFolder(const QString &path)
 {
     if (interceptor()) {
         interceptor()(Action::ShowInFolder, path);
-        return;
+        return true;
     }
     const QFileInfo info(path);
 #ifdef Q_OS_WIN
@@ -56,8 +56,7 @@ void DesktopShell::showInFolder(const QString &path)
     const bool started = dbus.waitForFinished(3000) && dbus.exitStatus() == QProcess::NormalExit
         && dbus.exitCode() == 0;
 #endif
-    if (!started)
-        openUrlOf(info.isDir() ? path : info.absolutePath());
+    return started || openUrlOf(info.isDir() ? path : info.absolutePath());
 }
 
 bool DesktopShell::openUrlOf(const QString &path)

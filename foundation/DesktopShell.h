@@ -15,8 +15,9 @@ public:
     enum class Action { OpenFile, ShowInFolder };
     using Interceptor = std::function<void(Action action, const QString &path)>;
 
+    // False when no program took it, such as on a system without a desktop's launcher.
     static bool openFile(const QString &path);
-    static void showInFolder(const QString &path);
+    static bool showInFolder(const QString &path);
 
     // With an interceptor set, nothing is launched; pass an empty function to restore.
     static void setInterceptor(Interceptor interceptor);

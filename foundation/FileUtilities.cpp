@@ -6,6 +6,11 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSaveFile>
+#include <QTemporaryFile>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
 
 namespace {
 
@@ -73,10 +78,8 @@ QString FileUtilities::filename(const QString &path, bool withSuffix)
 
 bool FileUtilities::createIfNotExists(const QString &path)
 {
-    QDir dir(path);
-    if (dir.exists())
-        return true;
-    return dir.mkpath(path);
+    // Made from the working folder: QDir(path).mkpath(path) would nest a relative path in itself.
+    return QDir(path).exists() || QDir().mkpath(path);
 }
 
 bool FileUtilities::clearFolder(const QString &path, bool leaveRemoved)
@@ -171,20 +174,36 @@ QString FileUtilities::safeFolderName(const QString &name, const QString &keptEn
     return result;
 }
 
-bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data)
+bool FileUtilities::writeAtomically(const QString &path, const QByteArray &data, QString *error)
 {
-    if (path.isEmpty())
-        return false;
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
+    errno = 0;
     // commit() overlooks a failure of its own final flush (a full disk, a size limit) and would
     // put the cut-off file in place, so the data is flushed and checked first.
-    if (file.write(data) != data.size() || !file.flush()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
+    const bool written = !path.isEmpty() && file.open(QIODevice::WriteOnly)
+        && file.write(data) == data.size() && file.flush();
+    if (written && file.commit())
+        return true;
+    // An uncommitted file takes its temporary file with it. A write cut short by a size limit
+    // or a full disk leaves Qt without a reason; the system's is still at hand then.
+    if (error)
+        *error = path.isEmpty() ? QStringLiteral("No file name")
+            : errno != 0        ? QString::fromLocal8Bit(std::strerror(errno))
+                                : file.errorString();
+    return false;
+}
+
+QString FileUtilities::writableFolderProblem(const QString &folder)
+{
+    QTemporaryFile probe(FolderSlash(folder) + QStringLiteral("XXXXXX.probe"));
+    return probe.open() ? QString() : probe.errorString();
+}
+
+void FileUtilities::ignoreFileSizeSignal()
+{
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }
 
 namespace {

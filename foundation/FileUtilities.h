@@ -29,8 +29,17 @@ public:
 
     // Replaces the file in one step: the data goes to a temporary file beside it, which is
     // renamed over the target only when everything was written. A crash or a full disk
-    // leaves the old file whole.
-    static bool writeAtomically(const QString &path, const QByteArray &data);
+    // leaves the old file whole. On failure error, when given, gets the system's reason.
+    static bool writeAtomically(const QString &path, const QByteArray &data,
+                                QString *error = nullptr);
+
+    // Empty when a file can be made in the folder, else the system's reason why not.
+    static QString writableFolderProblem(const QString &folder);
+
+    // A file size limit (RLIMIT_FSIZE) ends the process with SIGXFSZ by default; ignored, it
+    // turns into a write error that the writer sees and reports. A no-op where no such
+    // signal exists.
+    static void ignoreFileSizeSignal();
 
     // Why a name can't be the base name of a file here, in words for the operator; empty when
     // it can. The same name must work on Windows and on Linux, and in the program's own

@@ -4,6 +4,7 @@
 #include "MetaDescriptor.h"
 #include "PropertyCapabilities.h"
 #include "StringMap.h"
+#include "WriteFailures.h"
 
 #include <QFileInfo>
 #include <QScopedValueRollback>
@@ -65,15 +66,20 @@ bool NTSettings::reload()
     return true;
 }
 
-void NTSettings::save()
+bool NTSettings::save()
 {
+    bool written = true;
     if (!m_filePath.isEmpty()) {
-        if (m_format == XML)
-            descriptor()->save(m_filePath);
-        else
-            descriptor()->saveToJsonFile(m_filePath);
+        QString error;
+        written = m_format == XML ? descriptor()->save(m_filePath, &error)
+                                  : descriptor()->saveToJsonFile(m_filePath, &error);
+        // Every change saves the whole file: one message for a folder that stays unwritable.
+        if (!written && !m_saveFailing)
+            WriteFailures::report(m_filePath, error);
+        m_saveFailing = !written;
     }
     emit saved();
+    return written;
 }
 
 void NTSettings::loadDefaults()

@@ -37,8 +37,9 @@ public:
     // Reads the file over the present values without saving; false only with no path. A file
     // that is missing or broken leaves what it doesn't hold as it was.
     bool reload();
-    // Writes the whole object (when there is a path) and reports saved in any case.
-    void save();
+    // Writes the whole object (when there is a path) and reports saved in any case. The first
+    // failure after a good write is announced on WriteFailures; false when the write failed.
+    bool save();
     void loadDefaults();
 
     QString saveToString() const;
@@ -99,6 +100,7 @@ private:
     MetaDescriptor *descriptor() const;
 
     bool m_loading = false;
+    bool m_saveFailing = false;
     bool m_autoSave;
     NTSettingsFormat m_format;
     QString m_filePath;

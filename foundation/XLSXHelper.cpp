@@ -1,9 +1,15 @@
 #include "XLSXHelper.h"
 
+#include "FileUtilities.h"
+
+#include <QDir>
 #include <QFile>
+#include <QTemporaryFile>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <memory>
 #include <xlsxwriter.h>
 
@@ -95,49 +101,65 @@ bool writeSheet(lxw_worksheet *sheet, const XLSXHelper::Rows &rows)
 }
 } // namespace
 
-bool XLSXHelper::dataToXLSX(const Rows &rows, const QString &filePath, const QString &sheetName)
+bool XLSXHelper::dataToXLSX(const Rows &rows, const QString &filePath, const QString &sheetName,
+                            QString *error)
 {
-    return dataToXLSX(QList<Sheet> {{sheetName, rows}}, filePath);
+    return dataToXLSX(QList<Sheet> {{sheetName, rows}}, filePath, error);
 }
 
-bool XLSXHelper::dataToXLSX(const QList<Sheet> &sheets, const QString &filePath)
+bool XLSXHelper::dataToXLSX(const QList<Sheet> &sheets, const QString &filePath, QString *error)
 {
+    const auto fail = [error](const QString &reason) {
+        if (error)
+            *error = reason;
+        return false;
+    };
     if (sheets.isEmpty() || filePath.isEmpty())
-        return false;
-    const QByteArray target = QFile::encodeName(filePath);
-    WorkbookPointer workbook(workbook_new(target.constData()), &lxw_workbook_free);
+        return fail(QStringLiteral("Nothing to write"));
+    // The library writes only to a file of its own naming: the workbook is made in a temporary
+    // file and then put in place in one step.
+    QTemporaryFile made(QDir::temp().filePath(QStringLiteral("XXXXXX.xlsx")));
+    if (!made.open())
+        return fail(made.errorString());
+    made.close();
+    const QByteArray madePath = QFile::encodeName(made.fileName());
+    WorkbookPointer workbook(workbook_new(madePath.constData()), &lxw_workbook_free);
     if (!workbook)
-        return false;
+        return fail(QStringLiteral("The workbook couldn't be made"));
 
     lxw_worksheet *first = nullptr;
     for (const Sheet &sheet : sheets) {
         const QByteArray name = sheet.first.toUtf8();
         if (!validSheetName(workbook.get(), name))
-            return false;
+            return fail(QStringLiteral("Invalid sheet name"));
         lxw_worksheet *worksheet = workbook_add_worksheet(workbook.get(), name.constData());
         if (!worksheet || !writeSheet(worksheet, sheet.second))
-            return false;
+            return fail(QStringLiteral("The table doesn't fit a worksheet"));
         if (!first)
             first = worksheet;
     }
     worksheet_activate(first);
-    // The file itself is only created here; an unwritable target shows up now. Closing frees
-    // the workbook whatever the result.
-    return workbook_close(workbook.release()) == LXW_NO_ERROR;
+    // The file itself is only written here. Closing frees the workbook whatever the result. The
+    // library's own word for a failed write is a zip error; the system's reason says more.
+    errno = 0;
+    const lxw_error closed = workbook_close(workbook.release());
+    if (closed != LXW_NO_ERROR)
+        return fail(
+            QString::fromLocal8Bit(errno != 0 ? std::strerror(errno) : lxw_strerror(closed)));
+    if (!made.open())
+        return fail(made.errorString());
+    return FileUtilities::writeAtomically(filePath, made.readAll(), error);
 }
 
 bool XLSXHelper::dataToCSV(const Rows &rows, const QString &filePath, const QString &sheetName,
-                           const QString &separator, const QString &lineEnd)
+                           const QString &separator, const QString &lineEnd, QString *error)
 {
-    return dataToCSV(QList<Sheet> {{sheetName, rows}}, filePath, separator, lineEnd);
+    return dataToCSV(QList<Sheet> {{sheetName, rows}}, filePath, separator, lineEnd, error);
 }
 
 bool XLSXHelper::dataToCSV(const QList<Sheet> &sheets, const QString &filePath,
-                           const QString &separator, const QString &lineEnd)
+                           const QString &separator, const QString &lineEnd, QString *error)
 {
-    QFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
     // The text is encoded here rather than through the process' locale codec, which stays as
     // the system set it.
     QString text;
@@ -150,6 +172,6 @@ bool XLSXHelper::dataToCSV(const QList<Sheet> &sheets, const QString &filePath,
         }
         text += lineEnd + lineEnd;
     }
-    const QByteArray bytes = QByteArrayLiteral("\xEF\xBB\xBF") + text.toUtf8();
-    return file.write(bytes) == bytes.size() && file.flush();
+    return FileUtilities::writeAtomically(filePath,
+                                          QByteArrayLiteral("\xEF\xBB\xBF") + text.toUtf8(), error);
 }

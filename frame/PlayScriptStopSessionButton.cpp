@@ -3,6 +3,7 @@
 #include "app/TarveloModel.h"
 #include "data/TarveloScript.h"
 #include "device/TarveloDevice.h"
+#include "foundation/widgets/AppDialogs.h"
 #include "foundation/widgets/MediaHelper.h"
 #include "foundation/widgets/WidgetBuilders.h"
 
@@ -26,7 +27,7 @@ PlayScriptStopSessionButton::PlayScriptStopSessionButton(TarveloModel *model, QW
     addWidget(m_play);
 
     connect(m_play, &QPushButton::clicked, this, &PlayScriptStopSessionButton::play);
-    connect(m_stop, &QPushButton::clicked, m_model, &TarveloModel::abortSession);
+    connect(m_stop, &QPushButton::clicked, this, &PlayScriptStopSessionButton::stop);
     m_connections << connect(m_model, &TarveloModel::sessionStarted, this,
                              &PlayScriptStopSessionButton::updateState)
                   << connect(m_model, &TarveloModel::sessionFinished, this,
@@ -77,4 +78,15 @@ void PlayScriptStopSessionButton::play()
 {
     if (playProblem().isEmpty())
         m_model->device()->uploadScript(m_model->currentScript(), -1, true);
+}
+
+void PlayScriptStopSessionButton::stop()
+{
+    if (!AppHelper::confirmDialog(tr("Прервать сессию"),
+                                  tr("Прервать сессию? Записанные этапы сохраняются."),
+                                  QMessageBox::Question, {tr("Прервать"), tr("Продолжить")}))
+        return;
+    // The box may have ended the run while the question was open.
+    if (m_model->sessionRunning())
+        m_model->abortSession();
 }

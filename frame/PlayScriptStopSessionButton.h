@@ -8,7 +8,8 @@ class QPushButton;
 class TarveloModel;
 
 // Play while no session runs, stop while one does. The stack only follows the model; it never
-// starts or stops anything by itself.
+// starts or stops anything by itself, and stop asks first, as the two share one spot and a
+// second click on play would otherwise end the run at once.
 class PlayScriptStopSessionButton : public QStackedWidget
 {
     Q_OBJECT
@@ -24,6 +25,7 @@ public:
 private:
     void updateState();
     void play();
+    void stop();
     // Why play can't start now, as its tool tip says; empty when it can.
     QString playProblem() const;
 

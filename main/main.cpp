@@ -1,3 +1,4 @@
+#include "foundation/FileUtilities.h"
 #include "ui/MainWindow.h"
 #include "ui/ProgramStart.h"
 
@@ -7,6 +8,8 @@
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
+    // Under a file size limit a write then fails and is reported, instead of ending the program.
+    FileUtilities::ignoreFileSizeSignal();
     // Windows reads name and version from the executable's resources; elsewhere the build gives
     // them. The version service is told both.
     QCoreApplication::setApplicationName(QStringLiteral("Tarvelo"));

@@ -3,8 +3,16 @@
 #include "ReportTexts.h"
 #include "SessionReport.h"
 #include "data/TarveloSession.h"
+#include "foundation/FileUtilities.h"
 
+#include <QAbstractTextDocumentLayout>
+#include <QBuffer>
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QScreen>
+#include <QTextDocument>
 
 namespace SessionExport {
 
@@ -13,6 +21,49 @@ const QString FileDateFormat = QStringLiteral("yyyy-MM-dd HH.mm");
 const QString PartSeparator = QStringLiteral(" - ");
 const QString CsvSeparator = QStringLiteral(";");
 const QString CsvLineEnd = QStringLiteral("\r\n");
+
+// Laid out as QTextDocument::print() lays out its copy of a document: the page's margins (2 mm
+// where it has none), 2 cm around the text and the page number under its bottom right corner.
+// Laid out once, on the page itself, instead of at screen width first and then again in a copy,
+// which cost the most of a long session's export.
+void printOnce(const QString &html, QPdfWriter &writer, qreal dpi)
+{
+    if (writer.pageLayout().margins().isNull())
+        writer.setPageMargins(QMarginsF(2, 2, 2, 2), QPageLayout::Millimeter);
+    QPainter painter(&writer);
+    QTextDocument document;
+    document.documentLayout()->setPaintDevice(&writer);
+    const int margin = int(2 / 2.54 * dpi);
+    document.setDocumentMargin(margin);
+    const QRectF body(0, 0, writer.width(), writer.height());
+    document.setPageSize(body.size());
+    document.setHtml(html);
+
+    const QPointF pageNumberAt(body.width() - margin * writer.logicalDpiX() / dpi,
+                               body.height() - margin * writer.logicalDpiY() / dpi
+                                   + QFontMetrics(document.defaultFont(), &writer).ascent()
+                                   + 5 * writer.logicalDpiY() / 72.0);
+    QAbstractTextDocumentLayout::PaintContext context;
+    // Black whatever the system's text colour: the page is white paper.
+    context.palette.setColor(QPalette::Text, Qt::black);
+    const int pages = document.pageCount();
+    for (int page = 0; page < pages; ++page) {
+        if (page > 0)
+            writer.newPage();
+        const QRectF view(0, page * body.height(), body.width(), body.height());
+        painter.save();
+        painter.translate(0, -view.top());
+        painter.setClipRect(view);
+        context.clip = view;
+        document.documentLayout()->draw(&painter, context);
+        painter.setClipping(false);
+        painter.setFont(document.defaultFont());
+        const QString number = QString::number(page + 1);
+        painter.drawText(qRound(pageNumberAt.x() - painter.fontMetrics().horizontalAdvance(number)),
+                         qRound(pageNumberAt.y() + view.top()), number);
+        painter.restore();
+    }
+}
 } // namespace
 
 const QStringList &filters()
@@ -32,6 +83,19 @@ Format formatForFilter(const QString &filter)
     if (filter.contains(QLatin1String("*.pdf")))
         return Format::Pdf;
     return Format::Xlsx;
+}
+
+QString extension(Format format)
+{
+    switch (format) {
+    case Format::Csv:
+        return QStringLiteral(".csv");
+    case Format::Pdf:
+        return QStringLiteral(".pdf");
+    case Format::Xlsx:
+        break;
+    }
+    return QStringLiteral(".xlsx");
 }
 
 QString defaultFileName(const TarveloSession &session, const QString &subjectName)
@@ -58,22 +122,41 @@ QString pdfHtml(const TarveloSession &session, const QString &reportHtml,
                        session, QCoreApplication::translate("TarveloSessionWidget", "Сессия"))
         + reportHtml;
     if (!subjectName.isEmpty())
-        html = QStringLiteral("<h3>") + subjectName + QStringLiteral("</h3>") + html;
+        html =
+            QStringLiteral("<h3>") + subjectName.toHtmlEscaped() + QStringLiteral("</h3>") + html;
     return html;
 }
 
 bool writeTable(Format format, const XLSXHelper::Rows &table, const QString &filePath,
-                const QString &sheetName)
+                const QString &sheetName, QString *error)
 {
     switch (format) {
     case Format::Xlsx:
-        return XLSXHelper::dataToXLSX(table, filePath, sheetName);
+        return XLSXHelper::dataToXLSX(table, filePath, sheetName, error);
     case Format::Csv:
-        return XLSXHelper::dataToCSV(table, filePath, sheetName, CsvSeparator, CsvLineEnd);
+        return XLSXHelper::dataToCSV(table, filePath, sheetName, CsvSeparator, CsvLineEnd, error);
     case Format::Pdf:
         break;
     }
     return false;
+}
+
+bool writePdf(const QString &html, const QString &filePath, QString *error)
+{
+    // Printed into memory, where nothing fails, and then written as one file that either is
+    // whole or isn't there; a printer writing straight to disk reports no failure at all.
+    QBuffer pdf;
+    pdf.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&pdf);
+        writer.setPageSize(QPageSize(QPageSize::A4));
+        // The resolution a screen printer has, which the report's pixel sizes are made for.
+        const QScreen *screen = QGuiApplication::primaryScreen();
+        const qreal dpi = screen ? screen->logicalDotsPerInch() : 96;
+        writer.setResolution(qRound(dpi));
+        printOnce(html, writer, dpi);
+    }
+    return FileUtilities::writeAtomically(filePath, pdf.data(), error);
 }
 
 } // namespace SessionExport

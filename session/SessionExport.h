@@ -8,7 +8,8 @@
 class TarveloSession;
 
 // The file side of exporting a session: names, formats and the written files. The export
-// dialog and the PDF printer stay in the view; everything they need to decide is here.
+// dialog stays in the view; everything it needs to decide is here. Every file is made whole
+// before it replaces an earlier one of that name, so a failed export leaves that one as it was.
 namespace SessionExport {
 
 enum class Format { Xlsx, Csv, Pdf };
@@ -20,6 +21,9 @@ QString chosenFilter(const QString &remembered);
 // Decided by the filter alone, never by the file's suffix: a name ending in ".csv" chosen
 // under the XLSX filter is an XLSX workbook.
 Format formatForFilter(const QString &filter);
+// ".xlsx", ".csv" or ".pdf". The offered name carries it, so that a dialog never takes the
+// minutes of the date ("08.42") for a suffix to replace.
+QString extension(Format format);
 
 // "subject - script - yyyy-MM-dd HH.mm", leaving out the parts that are empty.
 QString defaultFileName(const TarveloSession &session, const QString &subjectName);
@@ -28,13 +32,15 @@ QString defaultFileName(const TarveloSession &session, const QString &subjectNam
 QString sheetName(const TarveloSession &session);
 
 // The text the PDF prints: a heading with the session word, script title and start in front of
-// the report, and in front of that the subject's name when one is given.
+// the report, and in front of that the subject's name, escaped, when one is given.
 QString pdfHtml(const TarveloSession &session, const QString &reportHtml,
                 const QString &subjectName);
 
 // Writes the table as XLSX or as CSV (";" between cells, CR LF line ends). PDF isn't a table
-// format and gives false.
+// format and gives false. On failure error, when given, gets the reason.
 bool writeTable(Format format, const XLSXHelper::Rows &table, const QString &filePath,
-                const QString &sheetName);
+                const QString &sheetName, QString *error = nullptr);
+// Prints the HTML on A4 pages at the screen's resolution, default margins and fonts.
+bool writePdf(const QString &html, const QString &filePath, QString *error = nullptr);
 
 } // namespace SessionExport

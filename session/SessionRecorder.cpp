@@ -3,9 +3,11 @@
 #include "data/TarveloSession.h"
 #include "data/TarveloUser.h"
 #include "device/DeviceProtocol.h"
+#include "foundation/FileUtilities.h"
+#include "foundation/WriteFailures.h"
 
 #include <QDateTime>
-#include <QDebug>
+#include <QFile>
 
 #include <utility>
 
@@ -38,6 +40,9 @@ void SessionRecorder::handleReport(const QString &message, const QString &script
     } else if (message.startsWith(StageAction)) {
         if (SessionStage *stage = lastStage()) {
             stage->action = message.mid(StageAction.size());
+            // The stage is over: on disk from now on.
+            if (m_running)
+                store(subject);
             emit sessionUpdated();
         }
     } else if (message.startsWith(StageItems)) {
@@ -64,6 +69,8 @@ void SessionRecorder::start(const QString &title, const TarveloUser *subject)
         m_session->setUserGUID(subject->getGUID());
     }
     m_running = true;
+    m_writtenPath.clear();
+    setSaveState(SaveState::Unsaved, QString(), QString());
     emit sessionUpdated();
     emit sessionStarted();
 }
@@ -82,12 +89,41 @@ void SessionRecorder::finish(const TarveloUser *subject)
         return;
     m_session->setFinished(true);
     m_session->setEnd(QDateTime::currentDateTime());
-    if (!m_session->doNotRecord()) {
-        const QString folder = m_folderOf(subject);
-        if (!m_session->save(folder))
-            qDebug() << "Session not saved in" << folder;
-    }
+    store(subject);
     m_running = false;
     emit sessionUpdated();
     emit sessionFinished();
+}
+
+void SessionRecorder::store(const TarveloUser *subject)
+{
+    if (m_session->doNotRecord()) {
+        // The operator's choice takes back what this run has written so far.
+        if (!m_writtenPath.isEmpty() && QFile::remove(m_writtenPath))
+            m_writtenPath.clear();
+        setSaveState(SaveState::NotRecorded, QString(), QString());
+        return;
+    }
+    const QString folder = m_folderOf(subject);
+    const QString path = FileUtilities::FolderSlash(folder) + m_session->fileName();
+    QString error;
+    if (!m_session->save(folder, &error)) {
+        // Said once; the view keeps showing it while the following stages fail as well.
+        if (m_saveState != SaveState::Failed)
+            WriteFailures::report(path, error);
+        setSaveState(SaveState::Failed, path, error);
+        return;
+    }
+    // A subject chosen during the run takes the file along into its own folder.
+    if (!m_writtenPath.isEmpty() && m_writtenPath != path)
+        QFile::remove(m_writtenPath);
+    m_writtenPath = path;
+    setSaveState(SaveState::Saved, path, QString());
+}
+
+void SessionRecorder::setSaveState(SaveState state, const QString &path, const QString &error)
+{
+    m_saveState = state;
+    m_savePath = path;
+    m_saveError = error;
 }

@@ -38,8 +38,8 @@ QString emptyGreyCells(int count)
 
 QString span(const QString &text, const QString &cssClass)
 {
-    return QStringLiteral("<span class=\"") + cssClass + QStringLiteral("\">") + text
-        + QStringLiteral("</span>");
+    return QStringLiteral("<span class=\"") + cssClass + QStringLiteral("\">")
+        + text.toHtmlEscaped() + QStringLiteral("</span>");
 }
 } // namespace
 
@@ -56,9 +56,9 @@ SessionReport::SessionReport(const TarveloSession &session)
 
 QString SessionReport::heading(const TarveloSession &session, const QString &sessionWord)
 {
-    return QStringLiteral("<h3>") + sessionWord + QLatin1Char(' ') + session.scriptTitle()
-        + QStringLiteral(" (") + session.start().toString(HeadingDateFormat)
-        + QStringLiteral(")</h3>");
+    return QStringLiteral("<h3>") + sessionWord + QLatin1Char(' ')
+        + session.scriptTitle().toHtmlEscaped() + QStringLiteral(" (")
+        + session.start().toString(HeadingDateFormat) + QStringLiteral(")</h3>");
 }
 
 QString SessionReport::transferMark(const QString &action)

@@ -12,8 +12,8 @@ class TarveloSession;
 // from the session record as it stands (running, finished or read from a file): the title
 // line, the report HTML, and for a finished or loaded session the export table. The HTML is
 // what the report label shows and, with a heading in front, what the PDF prints; its markup,
-// quirks included, is kept as operators' earlier reports have it. Texts are inserted as they
-// are, without HTML escaping.
+// quirks included, is kept as operators' earlier reports have it. Texts from the box or a file
+// (the script title, the box's transfer words) are escaped, so that they show as text.
 class SessionReport
 {
 public:

@@ -4,6 +4,7 @@
 #include "device/FirmwarePackage.h"
 #include "device/PortCatalog.h"
 #include "device/TarveloDevice.h"
+#include "device/TarveloMessage.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
 #include "support/TestFiles.h"
@@ -65,10 +66,12 @@ private slots:
         TestFiles::addRows(QStringLiteral("tables/device_frames.txt"));
     }
     void splitterGivesTheFramesMessages();
+    void bytesCutAnywhereArriveWholeAndEndlessFramesAreDropped();
     void portsOfTheSystemAndTheEnvironment();
     void uploadProgress_data() { TestFiles::addRows(QStringLiteral("tables/upload_progress.txt")); }
     void uploadProgress();
     void uploadAskedForDuringAnUploadIsRefused();
+    void uploadStopsAtTheFirstCommandThatDoesNotGoOut();
 
     // One link to a box that the test speaks for.
     void linkAsksUntilSerialNumberAndVersionAreKnown();
@@ -80,6 +83,15 @@ private slots:
     void portFilterAndAnAnswerAmongOtherFrames();
 
 private:
+    // A device linked to the given box; uploads go nowhere without a link.
+    void linkDevice(FakeBox &box, std::unique_ptr<TarveloDevice> &device)
+    {
+        QVERIFY(box.open());
+        setExtraPorts({box.path()});
+        device = std::make_unique<TarveloDevice>(-1);
+        QTRY_VERIFY_WITH_TIMEOUT(device->isConnected(), WinMs);
+    }
+
     FakeBox m_box;
     std::unique_ptr<FixedDateDevice> m_device;
 };
@@ -99,6 +111,34 @@ void DeviceTest::splitterGivesTheFramesMessages()
     QCOMPARE(pieces.size(), 2);
     QCOMPARE(pieces.constFirst().size(), 128);
     QCOMPARE(pieces.join(), "{" + QString(70, QChar(0x0416)).toUtf8() + "}");
+}
+
+void DeviceTest::bytesCutAnywhereArriveWholeAndEndlessFramesAreDropped()
+{
+    const QByteArray stream = QStringLiteral("{scriptStarted=Проба}{sn=1}").toUtf8();
+    for (int cut = 0; cut <= stream.size(); ++cut) {
+        TarveloMessage splitter;
+        QStringList got = splitter.parseBytes(stream.left(cut));
+        got += splitter.parseBytes(QByteArray()); // a read with nothing in it
+        got += splitter.parseBytes(stream.mid(cut));
+        QVERIFY2(got == QStringList({"scriptStarted=Проба", "sn=1"}),
+                 qPrintable(QString::number(cut)));
+    }
+
+    // A frame that grows beyond the limit without its closing brace is dropped, and told once.
+    static int logged = 0;
+    const QtMessageHandler previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &) { ++logged; });
+    const int max = TarveloMessage::MaxFrameLength;
+    const QByteArray endless =
+        '{' + QByteArray(max, 'x') + "}{" + QByteArray(1 << 20, 'y') + "}{z}";
+    TarveloMessage splitter;
+    QStringList got;
+    for (int from = 0; from < endless.size(); from += 1000)
+        got << splitter.parseBytes(endless.mid(from, 1000));
+    qInstallMessageHandler(previous);
+    QCOMPARE(got, (QStringList {QString(max, 'x'), "z"}));
+    QCOMPARE(logged, 1);
 }
 
 void DeviceTest::portsOfTheSystemAndTheEnvironment()
@@ -124,26 +164,44 @@ void DeviceTest::uploadProgress()
     QFETCH(int, saveSlot);
     QFETCH(bool, start);
     QFETCH(QList<int>, progress);
-    TarveloDevice device(-1);
-    QSignalSpy spy(&device, &TarveloDevice::loadProgress);
-    device.uploadScript(scriptOf(title, stages).get(), saveSlot, start);
+    FakeBox box;
+    std::unique_ptr<TarveloDevice> device;
+    linkDevice(box, device);
+    QSignalSpy spy(device.get(), &TarveloDevice::loadProgress);
+    device->uploadScript(scriptOf(title, stages).get(), saveSlot, start);
     QCOMPARE(values(spy), progress);
 }
 
 void DeviceTest::uploadAskedForDuringAnUploadIsRefused()
 {
     const std::unique_ptr<TarveloScript> script = scriptOf(QStringLiteral("a"), {TwoSteps});
-    TarveloDevice device(-1);
-    QSignalSpy spy(&device, &TarveloDevice::loadProgress);
+    FakeBox box;
+    std::unique_ptr<TarveloDevice> device;
+    linkDevice(box, device);
+    QSignalSpy spy(device.get(), &TarveloDevice::loadProgress);
     // The interface runs during the upload's event passes, and could ask for another one.
     int askedAt = -1;
-    QTimer::singleShot(0, &device, [&] {
+    QTimer::singleShot(0, device.get(), [&] {
         askedAt = spy.count();
-        device.uploadScript(script.get());
+        device->uploadScript(script.get());
     });
-    device.uploadScript(script.get());
+    device->uploadScript(script.get());
     QVERIFY(askedAt > 0);
     QCOMPARE(values(spy), QList<int>({40, 60, 80}) + QVector<int>(9, -1).toList());
+}
+
+void DeviceTest::uploadStopsAtTheFirstCommandThatDoesNotGoOut()
+{
+    FakeBox box;
+    std::unique_ptr<TarveloDevice> device;
+    linkDevice(box, device);
+    box.close(); // the cable goes
+    QSignalSpy progress(device.get(), &TarveloDevice::loadProgress);
+    QSignalSpy failed(device.get(), &TarveloDevice::uploadFailed);
+    device->uploadScript(scriptOf(QStringLiteral("a"), {TwoSteps}).get());
+    QCOMPARE(values(progress), QList<int> {-1});
+    QCOMPARE(failed.count(), 1);
+    QVERIFY(!device->isConnected());
 }
 
 void DeviceTest::linkAsksUntilSerialNumberAndVersionAreKnown()

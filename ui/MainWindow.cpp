@@ -8,17 +8,22 @@
 #include "device/widgets/TarveloStatusBar.h"
 #include "foundation/AppHelper.h"
 #include "foundation/NewVersionChecker.h"
+#include "foundation/WriteFailures.h"
+#include "foundation/widgets/AppDialogs.h"
 #include "foundation/widgets/MediaHelper.h"
 #include "foundation/widgets/NewVersionButton.h"
 #include "session/widgets/PageSession.h"
+#include "session/widgets/TarveloSessionWidget.h"
 #include "ui/PageDatabase.h"
 #include "ui/PageScript.h"
 #include "ui/PageSettings.h"
 
 #include <QCloseEvent>
+#include <QDir>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QTabWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
 MainWindow::StatusClick MainWindow::statusClickAction(Qt::KeyboardModifiers modifiers)
@@ -45,12 +50,34 @@ MainWindow::MainWindow(QWidget *parent)
     const auto icon = [](const char *name) {
         return MediaHelper::icon(QStringLiteral(":/resources/Images/") + QLatin1String(name));
     };
-    m_scriptPage = new PageScript(m_model);
-    m_tabs->addTab(m_scriptPage, icon("script.svg"), tr("Сценарии"));
-    m_tabs->addTab(new PageSession(m_model), icon("experiment.svg"), tr("Сессия"));
-    m_tabs->addTab(new PageDatabase(m_model), icon("group.svg"), tr("Респонденты"));
-    m_tabs->addTab(new PageDevice(device), icon("device.svg"), tr("Устройство"));
-    m_tabs->addTab(new PageSettings(m_model), icon("settings.svg"), tr("Настройки"));
+    m_pageMakers = {
+        [this]() -> QWidget * { return new PageScript(m_model); },
+        [this]() -> QWidget * { return new PageSession(m_model); },
+        [this]() -> QWidget * { return new PageDatabase(m_model); },
+        [device]() -> QWidget * { return new PageDevice(device); },
+        [this]() -> QWidget * { return new PageSettings(m_model); },
+    };
+    const struct
+    {
+        const char *icon;
+        QString title;
+    } tabs[] = {{"script.svg", tr("Сценарии")},
+                {"experiment.svg", tr("Сессия")},
+                {"group.svg", tr("Респонденты")},
+                {"device.svg", tr("Устройство")},
+                {"settings.svg", tr("Настройки")}};
+    for (const auto &tab : tabs) {
+        auto *frame = new QWidget;
+        auto *frameLayout = new QVBoxLayout(frame);
+        frameLayout->setContentsMargins(0, 0, 0, 0);
+        m_tabs->addTab(frame, icon(tab.icon), tab.title);
+    }
+    // Made before any page, since the pages' session views name their exports there.
+    m_statusBar = new TarveloStatusBar(device);
+    // The script page decides whether the operator may leave it, so it is there from the start.
+    m_scriptPage = static_cast<PageScript *>(page(ScriptPage));
+    connect(m_tabs, &QTabWidget::currentChanged, this,
+            [this](int index) { page(static_cast<Page>(index)); });
 
     // The box streams its lamp and button states only while its page is showing.
     connect(m_tabs, &QTabWidget::currentChanged, device,
@@ -74,11 +101,24 @@ MainWindow::MainWindow(QWidget *parent)
     pagesLayout->setContentsMargins(8, 8, 8, 8);
     pagesLayout->addWidget(m_tabs);
     grid->addWidget(pages, 0, 0);
-    m_statusBar = new TarveloStatusBar(device);
     grid->addWidget(m_statusBar, 1, 0);
     grid->setRowStretch(0, 100);
     setCentralWidget(central);
     connect(m_statusBar, &TarveloStatusBar::tarveloClicked, this, &MainWindow::onStatusBarClicked);
+    // Queued: a message box must not open inside the write that failed, such as a session's
+    // in the middle of the box's reports.
+    connect(WriteFailures::instance(), &WriteFailures::failed, this, &MainWindow::showWriteFailure,
+            Qt::QueuedConnection);
+    const QString folderProblem = m_model->dataFolderProblem();
+    if (!folderProblem.isEmpty()) {
+        QTimer::singleShot(0, this, [this, folderProblem] {
+            AppHelper::warningMessage(
+                tr("Папка данных \"%1\" недоступна: %2. Сценарии, сессии и настройки не "
+                   "сохраняются, пока она недоступна.")
+                    .arg(QDir::toNativeSeparators(m_model->rootFolder()), folderProblem),
+                QString(), QMessageBox::Warning);
+        });
+    }
 
     if (m_model->settings()->getStartMaximized())
         setWindowState(Qt::WindowMaximized);
@@ -99,6 +139,23 @@ MainWindow::MainWindow(QWidget *parent)
     placeVersionHolder();
 }
 
+QWidget *MainWindow::page(Page which)
+{
+    QWidget *&page = m_pages.at(which);
+    if (!page) {
+        page = m_pageMakers.at(which)();
+        m_tabs->widget(which)->layout()->addWidget(page);
+        // Every session view, the live one and that of stored sessions, names its exports in
+        // the status bar.
+        const QList<TarveloSessionWidget *> sessionViews =
+            page->findChildren<TarveloSessionWidget *>();
+        for (TarveloSessionWidget *view : sessionViews)
+            connect(view, &TarveloSessionWidget::exported, m_statusBar,
+                    &TarveloStatusBar::showExported);
+    }
+    return page;
+}
+
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
@@ -107,10 +164,37 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (m_scriptPage->leaveEditing())
+    if (sessionLetsClose() && m_scriptPage->leaveEditing())
         event->accept();
     else
         event->ignore();
+}
+
+bool MainWindow::sessionLetsClose()
+{
+    if (!m_model->sessionRunning())
+        return true;
+    if (!AppHelper::confirmDialog(tr("Идёт сессия"),
+                                  tr("Сессия ещё идёт. Прервать её и закрыть программу? "
+                                     "Записанные этапы сохраняются."),
+                                  QMessageBox::Question,
+                                  {tr("Прервать и закрыть"), tr("Продолжить сессию")}))
+        return false;
+    // The box may have ended the run while the question was open; then it is saved already.
+    if (m_model->sessionRunning())
+        m_model->abortSession();
+    return true;
+}
+
+void MainWindow::showWriteFailure(const QString &path, const QString &reason)
+{
+    if (m_failuresShown.contains(path))
+        return;
+    m_failuresShown << path;
+    AppHelper::warningMessage(
+        tr("Не удалось записать файл \"%1\": %2").arg(QDir::toNativeSeparators(path), reason),
+        QString(), QMessageBox::Warning);
+    m_failuresShown.removeOne(path);
 }
 
 void MainWindow::placeVersionHolder()

@@ -173,8 +173,7 @@ void PageScript::openCreator()
 
 void PageScript::showNotWritten(const QString &problem, const QString &title) const
 {
-    const QString text = problem.isEmpty() ? tr("Не удалось записать сценарий в папку")
-            + QStringLiteral(" \"") + model()->scriptsFolder() + QLatin1Char('"')
-                                           : problem;
-    AppHelper::warningMessage(text, title, QMessageBox::Warning);
+    // A file that couldn't be written has been announced with its reason; the window says it.
+    if (!problem.isEmpty())
+        AppHelper::warningMessage(problem, title, QMessageBox::Warning);
 }

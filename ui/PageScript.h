@@ -43,7 +43,8 @@ private:
     void cancel();
     void openCreator();
     void titleChecked(const QString &problem);
-    // Tells why nothing was written: the title's problem, or else the folder that refused it.
+    // Tells why nothing was written when the title is the reason; a file the system refused is
+    // announced with its reason on WriteFailures, and the window shows that.
     void showNotWritten(const QString &problem, const QString &title) const;
 
     TarveloScriptEditor *m_editor;

@@ -78,8 +78,6 @@ TarveloStageEditor::TarveloStageEditor(QWidget *parent)
     m_content->setLayout(m_grid);
 
     buildHeader();
-    for (int row = 0; row < MaxRows; ++row)
-        buildRow(row);
     m_grid->setColumnStretch(4, 100);
     add(m_content);
     setStage(nullptr);
@@ -143,6 +141,12 @@ void TarveloStageEditor::buildRow(int row)
     m_grid->addWidget(duration, gridRow, 2);
     m_grid->addWidget(delay, gridRow, 3);
     m_grid->addWidget(cell, gridRow, 4, Qt::AlignLeft);
+    // Sized read-only, without the arrows that only edit mode shows, so that a row built during
+    // an edit is as wide as the rest and the table keeps its columns when the edit ends.
+    for (QWidget *input : std::initializer_list<QWidget *> {combo, duration, delay}) {
+        input->setEnabled(false);
+        input->adjustSize();
+    }
 
     connect(combo, qOverload<int>(&QComboBox::currentIndexChanged), this, [this, row](int index) {
         if (hasStep(row))
@@ -178,7 +182,11 @@ void TarveloStageEditor::setStage(ScriptStage *stage)
     m_stage = stage;
     // Steps beyond the thirtieth stay in the stage and are not shown.
     const int shown = stage ? qMin(int(stage->steps.size()), MaxRows) : 0;
-    for (int row = 0; row < MaxRows; ++row) {
+    // Rows are built when a stage first needs them, then kept: most stages are short, and a
+    // start with no script needs none.
+    for (int row = m_rowLabels.size(); row < shown; ++row)
+        buildRow(row);
+    for (int row = 0; row < m_rowLabels.size(); ++row) {
         const bool visible = row < shown;
         m_rowLabels.at(row)->setVisible(visible);
         m_stimulusCombos.at(row)->setVisible(visible);
@@ -202,7 +210,7 @@ void TarveloStageEditor::setStage(ScriptStage *stage)
 void TarveloStageEditor::setEditing(bool editing)
 {
     m_editing = editing;
-    for (int row = 0; row < MaxRows; ++row) {
+    for (int row = 0; row < m_rowLabels.size(); ++row) {
         m_stimulusCombos.at(row)->setEnabled(editing);
         m_durationSpins.at(row)->setEnabled(editing);
         m_delaySpins.at(row)->setEnabled(editing);

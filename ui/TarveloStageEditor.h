@@ -13,8 +13,8 @@ class QSpinBox;
 struct ScriptStage;
 
 // The step table of one stage: number, stimulus, duration and delay per row, and in edit mode
-// the row buttons. All 30 rows, the most a stage shows, are built once and only shown, hidden
-// and refilled afterwards. Every input writes into the stage's steps at once.
+// the row buttons. Up to 30 rows, the most a stage shows, are built as stages need them and
+// only shown, hidden and refilled afterwards. Every input writes into the stage's steps at once.
 class TarveloStageEditor : public NScrollViewer
 {
     Q_OBJECT
@@ -27,6 +27,7 @@ public:
     void setEditing(bool editing);
 
     QPushButton *addButton() const { return m_addButton; }
+    // Rows of the steps shown so far; a row no stage has needed yet isn't built.
     QComboBox *stimulusCombo(int row) const { return m_stimulusCombos.at(row); }
     QSpinBox *durationSpin(int row) const { return m_durationSpins.at(row); }
     QSpinBox *delaySpin(int row) const { return m_delaySpins.at(row); }

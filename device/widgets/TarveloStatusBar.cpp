@@ -1,9 +1,11 @@
 #include "TarveloStatusBar.h"
 
 #include "device/TarveloDevice.h"
+#include "foundation/widgets/AppDialogs.h"
 #include "foundation/widgets/MediaHelper.h"
 #include "foundation/widgets/UIHelper.h"
 
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -33,10 +35,17 @@ TarveloStatusBar::TarveloStatusBar(TarveloDevice *device, QWidget *parent)
     m_progressBar->setFixedHeight(24);
     m_progressBar->hide();
 
+    m_notice = new QLabel;
+    m_notice->setTextFormat(Qt::RichText);
+    connect(m_notice, &QLabel::linkActivated, this,
+            [this] { AppHelper::handToDesktop(DesktopShell::Action::ShowInFolder, m_noticeFile); });
+
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 8, 8, 8);
     layout->addWidget(m_button);
     layout->addWidget(m_refusal);
+    layout->addSpacing(16);
+    layout->addWidget(m_notice);
     layout->addStretch(100);
     layout->addWidget(m_progressBar);
 
@@ -47,6 +56,8 @@ TarveloStatusBar::TarveloStatusBar(TarveloDevice *device, QWidget *parent)
         << connect(m_device, &TarveloDevice::gotVersion, this, &TarveloStatusBar::updateStatus)
         << connect(m_device, &TarveloDevice::gotSerialNumber, this, &TarveloStatusBar::updateStatus)
         << connect(m_device, &TarveloDevice::loadProgress, this, &TarveloStatusBar::showProgress)
+        << connect(m_device, &TarveloDevice::uploadFailed, this,
+                   [this] { showNotice(tr("Сценарий не загружен: связь с устройством прервалась")); })
         << connect(m_device, &TarveloDevice::portRefused, this, &TarveloStatusBar::updateStatus);
     updateStatus();
 }
@@ -103,4 +114,21 @@ void TarveloStatusBar::showProgress(int progress)
     }
     m_progressBar->setValue(progress);
     m_progressBar->show();
+}
+
+void TarveloStatusBar::showExported(const QString &filePath)
+{
+    showNotice(tr("Экспортировано: %1").arg(QFileInfo(filePath).fileName()), filePath);
+}
+
+void TarveloStatusBar::showNotice(const QString &text, const QString &file)
+{
+    if (!m_notice) // a bar without a device shows nothing
+        return;
+    m_noticeFile = file;
+    QString html = text.toHtmlEscaped();
+    if (!file.isEmpty())
+        html += QStringLiteral(" <a href=\"folder\">") + tr("Показать в папке")
+            + QStringLiteral("</a>");
+    m_notice->setText(html);
 }

@@ -19,6 +19,7 @@ int choiceDialog(const QString &title, const QString &text, QMessageBox::Icon ic
                  const QStringList &buttons)
 {
     QMessageBox box(icon, title, text);
+    box.setTextFormat(Qt::PlainText);
     QList<QAbstractButton *> added;
     for (int i = 0; i < buttons.size(); ++i) {
         const bool last = i == buttons.size() - 1;
@@ -38,7 +39,20 @@ void warningMessage(const QString &text, const QString &title, QMessageBox::Icon
 {
     QMessageBox box(icon, title, text, QMessageBox::NoButton, nullptr,
                     Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint | Qt::WindowStaysOnTopHint);
+    box.setTextFormat(Qt::PlainText);
     box.exec();
+}
+
+void handToDesktop(DesktopShell::Action action, const QString &path)
+{
+    const bool taken = action == DesktopShell::Action::OpenFile ? DesktopShell::openFile(path)
+                                                                : DesktopShell::showInFolder(path);
+    if (!taken)
+        warningMessage(QCoreApplication::translate("Generic",
+                                                   "Не удалось открыть \"%1\": в системе не "
+                                                   "нашлось программы для этого.")
+                           .arg(path),
+                       QString(), QMessageBox::Warning);
 }
 
 } // namespace AppHelper

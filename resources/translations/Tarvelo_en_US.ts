@@ -433,6 +433,10 @@
         <source>Other</source>
         <translation>Other</translation>
     </message>
+    <message>
+        <source>Не удалось открыть &quot;%1&quot;: в системе не нашлось программы для этого.</source>
+        <translation>Could not open &quot;%1&quot;: the system has no program for it.</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -463,6 +467,30 @@
     <message>
         <source>New version</source>
         <translation>New version</translation>
+    </message>
+    <message>
+        <source>Папка данных &quot;%1&quot; недоступна: %2. Сценарии, сессии и настройки не сохраняются, пока она недоступна.</source>
+        <translation>The data folder &quot;%1&quot; cannot be used: %2. Scripts, sessions and settings are not saved while it cannot be used.</translation>
+    </message>
+    <message>
+        <source>Идёт сессия</source>
+        <translation>Session running</translation>
+    </message>
+    <message>
+        <source>Сессия ещё идёт. Прервать её и закрыть программу? Записанные этапы сохраняются.</source>
+        <translation>A session is still running. Abort it and close the program? The recorded stages are saved.</translation>
+    </message>
+    <message>
+        <source>Прервать и закрыть</source>
+        <translation>Abort and close</translation>
+    </message>
+    <message>
+        <source>Продолжить сессию</source>
+        <translation>Continue the session</translation>
+    </message>
+    <message>
+        <source>Не удалось записать файл &quot;%1&quot;: %2</source>
+        <translation>Could not write the file &quot;%1&quot;: %2</translation>
     </message>
 </context>
 <context>
@@ -577,10 +605,6 @@
         <source>Создание сценария</source>
         <translation>Script creation</translation>
     </message>
-    <message>
-        <source>Не удалось записать сценарий в папку</source>
-        <translation>Could not write the script into the folder</translation>
-    </message>
 </context>
 <context>
     <name>PlayScriptStopSessionButton</name>
@@ -603,6 +627,18 @@
     <message>
         <source>Устройство не подключено</source>
         <translation>The device is not connected</translation>
+    </message>
+    <message>
+        <source>Прервать сессию? Записанные этапы сохраняются.</source>
+        <translation>Abort the session? The recorded stages are saved.</translation>
+    </message>
+    <message>
+        <source>Прервать</source>
+        <translation>Abort</translation>
+    </message>
+    <message>
+        <source>Продолжить</source>
+        <translation>Continue</translation>
     </message>
 </context>
 <context>
@@ -662,6 +698,25 @@
     <message>
         <source>Случайное приращение к задержке (мс), не более указанного значения</source>
         <translation>Random delay fluctuation (ms), not more than</translation>
+    </message>
+</context>
+<context>
+    <name>SessionStatusLine</name>
+    <message>
+        <source>Связь с устройством потеряна</source>
+        <translation>The link to the device is lost</translation>
+    </message>
+    <message>
+        <source>Результаты не записываются</source>
+        <translation>The results are not recorded</translation>
+    </message>
+    <message>
+        <source>Сохранено:</source>
+        <translation>Saved:</translation>
+    </message>
+    <message>
+        <source>Не сохранено:</source>
+        <translation>Not saved:</translation>
     </message>
 </context>
 <context>
@@ -943,6 +998,18 @@
     <message>
         <source>Тарвело подключен</source>
         <translation>Tarvelo connected</translation>
+    </message>
+    <message>
+        <source>Сценарий не загружен: связь с устройством прервалась</source>
+        <translation>The script was not uploaded: the link to the device broke off</translation>
+    </message>
+    <message>
+        <source>Экспортировано: %1</source>
+        <translation>Exported: %1</translation>
+    </message>
+    <message>
+        <source>Показать в папке</source>
+        <translation>Show in folder</translation>
     </message>
     <message>
         <source>Порт %1 недоступен: его занимает другая программа.</source>

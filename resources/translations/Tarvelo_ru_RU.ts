@@ -433,6 +433,10 @@
         <source>Other</source>
         <translation>Другое</translation>
     </message>
+    <message>
+        <source>Не удалось открыть &quot;%1&quot;: в системе не нашлось программы для этого.</source>
+        <translation>Не удалось открыть &quot;%1&quot;: в системе не нашлось программы для этого.</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -463,6 +467,30 @@
     <message>
         <source>New version</source>
         <translation>Новая версия</translation>
+    </message>
+    <message>
+        <source>Папка данных &quot;%1&quot; недоступна: %2. Сценарии, сессии и настройки не сохраняются, пока она недоступна.</source>
+        <translation>Папка данных &quot;%1&quot; недоступна: %2. Сценарии, сессии и настройки не сохраняются, пока она недоступна.</translation>
+    </message>
+    <message>
+        <source>Идёт сессия</source>
+        <translation>Идёт сессия</translation>
+    </message>
+    <message>
+        <source>Сессия ещё идёт. Прервать её и закрыть программу? Записанные этапы сохраняются.</source>
+        <translation>Сессия ещё идёт. Прервать её и закрыть программу? Записанные этапы сохраняются.</translation>
+    </message>
+    <message>
+        <source>Прервать и закрыть</source>
+        <translation>Прервать и закрыть</translation>
+    </message>
+    <message>
+        <source>Продолжить сессию</source>
+        <translation>Продолжить сессию</translation>
+    </message>
+    <message>
+        <source>Не удалось записать файл &quot;%1&quot;: %2</source>
+        <translation>Не удалось записать файл &quot;%1&quot;: %2</translation>
     </message>
 </context>
 <context>
@@ -577,10 +605,6 @@
         <source>Создание сценария</source>
         <translation>Создание сценария</translation>
     </message>
-    <message>
-        <source>Не удалось записать сценарий в папку</source>
-        <translation>Не удалось записать сценарий в папку</translation>
-    </message>
 </context>
 <context>
     <name>PlayScriptStopSessionButton</name>
@@ -603,6 +627,18 @@
     <message>
         <source>Устройство не подключено</source>
         <translation>Устройство не подключено</translation>
+    </message>
+    <message>
+        <source>Прервать сессию? Записанные этапы сохраняются.</source>
+        <translation>Прервать сессию? Записанные этапы сохраняются.</translation>
+    </message>
+    <message>
+        <source>Прервать</source>
+        <translation>Прервать</translation>
+    </message>
+    <message>
+        <source>Продолжить</source>
+        <translation>Продолжить</translation>
     </message>
 </context>
 <context>
@@ -662,6 +698,25 @@
     <message>
         <source>Случайное приращение к задержке (мс), не более указанного значения</source>
         <translation>Случайное приращение к задержке (мс), не более указанного значения</translation>
+    </message>
+</context>
+<context>
+    <name>SessionStatusLine</name>
+    <message>
+        <source>Связь с устройством потеряна</source>
+        <translation>Связь с устройством потеряна</translation>
+    </message>
+    <message>
+        <source>Результаты не записываются</source>
+        <translation>Результаты не записываются</translation>
+    </message>
+    <message>
+        <source>Сохранено:</source>
+        <translation>Сохранено:</translation>
+    </message>
+    <message>
+        <source>Не сохранено:</source>
+        <translation>Не сохранено:</translation>
     </message>
 </context>
 <context>
@@ -943,6 +998,18 @@
     <message>
         <source>Тарвело подключен</source>
         <translation>Тарвело подключен</translation>
+    </message>
+    <message>
+        <source>Сценарий не загружен: связь с устройством прервалась</source>
+        <translation>Сценарий не загружен: связь с устройством прервалась</translation>
+    </message>
+    <message>
+        <source>Экспортировано: %1</source>
+        <translation>Экспортировано: %1</translation>
+    </message>
+    <message>
+        <source>Показать в папке</source>
+        <translation>Показать в папке</translation>
     </message>
     <message>
         <source>Порт %1 недоступен: его занимает другая программа.</source>

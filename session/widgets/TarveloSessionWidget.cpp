@@ -1,29 +1,21 @@
 #include "TarveloSessionWidget.h"
 
+#include "SessionExportCommand.h"
+#include "SessionStatusLine.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSession.h"
-#include "data/TarveloSettings.h"
-#include "data/TarveloUser.h"
-#include "foundation/AppHelper.h"
-#include "foundation/DesktopShell.h"
-#include "foundation/FileUtilities.h"
-#include "foundation/widgets/AppDialogs.h"
 #include "foundation/widgets/NScrollViewer.h"
 #include "session/ReportTexts.h"
-#include "session/SessionExport.h"
 #include "session/SessionReport.h"
 #include "session/SessionSummary.h"
 #include "session/widgets/SessionReportView.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QCheckBox>
-#include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
-#include <QPrinter>
 #include <QPushButton>
-#include <QStandardPaths>
-#include <QTextDocument>
 
 namespace {
 // One frame of a 60 Hz screen.
@@ -39,6 +31,8 @@ TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     connect(m_recordCheckBox, &QCheckBox::clicked, this, [this] {
         if (m_session)
             m_session->setDoNotRecord(!m_session->doNotRecord());
+        if (m_statusLine)
+            m_statusLine->refresh();
     });
     m_exportButton = new QPushButton(tr("Экспорт"));
     connect(m_exportButton, &QPushButton::clicked, this, &TarveloSessionWidget::exportSession);
@@ -56,11 +50,13 @@ TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     // The check box and the Export button share a cell: never both are shown.
     grid->addWidget(m_recordCheckBox, 0, 1, Qt::AlignRight);
     grid->addWidget(m_exportButton, 0, 1, Qt::AlignRight);
-    grid->addWidget(viewer, 1, 0, 1, 2);
-    grid->setRowStretch(1, 100);
+    grid->addWidget(viewer, 2, 0, 1, 2);
+    grid->setRowStretch(2, 100);
     updateReport();
 
     if (m_model) {
+        m_statusLine = new SessionStatusLine(m_model);
+        grid->addWidget(m_statusLine, 1, 0, 1, 2);
         m_connections << connect(m_model, &TarveloModel::sessionUpdated, this,
                                  &TarveloSessionWidget::onSessionUpdated);
         m_hasRecordOption = true;
@@ -69,6 +65,9 @@ TarveloSessionWidget::TarveloSessionWidget(TarveloModel *model, QWidget *parent)
     m_pendingUpdate.setSingleShot(true);
     m_pendingUpdate.setInterval(FrameMs);
     connect(&m_pendingUpdate, &QTimer::timeout, this, &TarveloSessionWidget::updateReport);
+    // A view built while a session runs (its page is built when first shown) starts with it.
+    if (m_model)
+        onSessionUpdated();
 }
 
 void TarveloSessionWidget::setSession(TarveloSession *session)
@@ -136,70 +135,13 @@ void TarveloSessionWidget::exportSession()
     // The button shows only for an ended session; a running one has no table of its own yet.
     if (!m_session || !(m_session->finished() || m_session->loaded()))
         return;
-    // The dialog runs an event loop in which the box may start the next session and replace
-    // what this view shows; the file is made of what was on show when the operator asked. The
-    // PDF prints the report as shown, not rebuilt.
-    const TarveloSession *session = m_session;
-    const XLSXHelper::Rows table = m_exportTable;
-    const QString shownHtml = reportHtml();
     // The view of a stored session has no model of its own and exports for the application's.
-    const TarveloModel *model = m_model ? m_model : TarveloModel::instance();
-    const QString subject =
-        model && model->currentUser() ? model->currentUser()->fullName(false) : QString();
-    TarveloSettings *settings = model ? model->settings() : nullptr;
-
-    QString folder = settings ? settings->getLastExportFolder() : QString();
-    if (folder.isEmpty() || !QDir(folder).exists())
-        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    QString filter =
-        SessionExport::chosenFilter(settings ? settings->getLastExportFilter() : QString());
-    const QString filePath = chooseExportFile(
-        FileUtilities::FolderSlash(folder) + SessionExport::defaultFileName(*session, subject),
-        SessionExport::filters(), &filter);
-    if (filePath.isEmpty())
-        return;
-
-    // Remembered before writing, so a failed write still moves the folder.
-    if (settings) {
-        settings->setLastExportFolder(QFileInfo(filePath).absoluteDir().absolutePath());
-        settings->setLastExportFilter(filter);
-    }
-
-    const SessionExport::Format format = SessionExport::formatForFilter(filter);
-    bool written = true;
-    if (format == SessionExport::Format::Pdf)
-        printPdf(filePath, SessionExport::pdfHtml(*session, shownHtml, subject));
-    else
-        written =
-            SessionExport::writeTable(format, table, filePath, SessionExport::sheetName(*session));
-    if (!written) {
-        AppHelper::warningMessage(tr("Ошибка сохранения") + QStringLiteral(" \"") + filePath
-                                      + QLatin1Char('"'),
-                                  QString(), QMessageBox::Warning);
-        return;
-    }
-
-    switch (settings ? settings->getExportBehavior() : TarveloSettings::OnExport_OpenFile) {
-    case TarveloSettings::OnExport_OpenFile:
-        DesktopShell::openFile(filePath);
-        break;
-    case TarveloSettings::OnExport_OpenFolder:
-        AppHelper::showInFolder(filePath);
-        break;
-    case TarveloSettings::OnExport_DoNothing:
-        break;
-    }
-}
-
-// A4 at screen resolution, default margins and fonts. A printer that can't write its file
-// only warns on the console: the export goes on as if it had succeeded.
-void TarveloSessionWidget::printPdf(const QString &filePath, const QString &html)
-{
-    QTextDocument document;
-    document.setHtml(html);
-    QPrinter printer(QPrinter::ScreenResolution);
-    printer.setPageSize(QPageSize(QPageSize::A4));
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(filePath);
-    document.print(&printer);
+    const SessionExportCommand command(*m_session, m_exportTable, reportHtml(),
+                                       m_model ? m_model : TarveloModel::instance());
+    const QString written =
+        command.run([this](const QString &path, const QStringList &filters, QString *filter) {
+            return chooseExportFile(path, filters, filter);
+        });
+    if (!written.isEmpty())
+        emit exported(written);
 }

@@ -11,12 +11,14 @@ class QCheckBox;
 class QLabel;
 class QPushButton;
 class SessionReportView;
+class SessionStatusLine;
 class TarveloModel;
 class TarveloSession;
 
 // The live report of the model's session, brought up to date at most once a frame; and, without a
 // model, the view of a stored session on the subject page. While a session runs the operator can
-// tick "do not record"; once it has ended the Export button takes that place.
+// tick "do not record"; once it has ended the Export button takes that place. The live view also
+// has a status line on where the session stands on disk and on the link to the box.
 class TarveloSessionWidget : public QWidget
 {
     Q_OBJECT
@@ -36,9 +38,14 @@ public:
     SessionReportView *reportView() const { return m_reportView; }
     QPushButton *exportButton() const { return m_exportButton; }
     QCheckBox *recordCheckBox() const { return m_recordCheckBox; }
+    // Null without a model.
+    SessionStatusLine *statusLine() const { return m_statusLine; }
 
 public slots:
     void exportSession();
+
+signals:
+    void exported(const QString &filePath);
 
 protected:
     // The save dialog; a test overrides it to answer without a window. Returns the file name,
@@ -48,7 +55,6 @@ protected:
 
 private:
     void onSessionUpdated();
-    static void printPdf(const QString &filePath, const QString &html);
 
     TarveloModel *m_model;
     SessionReportView *m_reportView = nullptr;
@@ -57,6 +63,7 @@ private:
     TarveloSession *m_session = nullptr;
     QPushButton *m_exportButton = nullptr;
     QCheckBox *m_recordCheckBox = nullptr;
+    SessionStatusLine *m_statusLine = nullptr;
     QList<QList<QVariant>> m_exportTable;
     bool m_hasRecordOption = false;
     QTimer m_pendingUpdate;

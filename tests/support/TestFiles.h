@@ -5,6 +5,9 @@
 #include <csignal>
 #include <sys/resource.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 // Plain file access for tests, on purpose without the program's own file helpers, so that what
 // a test reads back or plants is independent of the code under test.
 namespace TestFiles {
@@ -27,6 +30,24 @@ bool matchesGolden(const QString &name, const QByteArray &actual);
 // by " | ". A column may hold C escapes (\n, \r, \t, \\, \xHH); the lists ints and texts are
 // parted by " , ". Blank lines and lines starting with "#" are left out.
 void addRows(const QString &name);
+
+// While it lives, files of this process can't grow beyond bytes, as on a full disk; SIGXFSZ is
+// ignored, so that a write fails rather than ending the process.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        const rlimit limit {bytes, m_old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
+
+private:
+    rlimit m_old {};
+};
 
 } // namespace TestFiles
 

@@ -37,6 +37,7 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTextStream>
@@ -81,8 +82,10 @@ const std::pair<MainWindow::Page, const char *> PagePictures[] = {
 
 bool save(QWidget &window, const QString &path)
 {
-    // Layouts settle in posted events: a widget just shown or hidden takes its place first.
-    QCoreApplication::processEvents();
+    // Layouts settle in posted events: a widget just shown or hidden takes its place first, and
+    // a page built as it is shown needs a pass more for its scroll areas.
+    for (int pass = 0; pass < 3; ++pass)
+        QCoreApplication::processEvents();
     QDir().mkpath(QFileInfo(path).absolutePath());
     const bool saved = window.grab().save(path, "PNG");
     if (saved)
@@ -158,9 +161,14 @@ bool saveFirmwareUpdate(const TarveloDevice *device, const QString &path)
 // runs modally, so it is pictured and closed from within its own event loop.
 bool saveExportDialog(MainWindow &window, const QString &path, int timeoutMs)
 {
-    auto *header = qobject_cast<HeaderedWidget *>(window.tabs()->widget(MainWindow::ScriptPage));
+    auto *header = qobject_cast<HeaderedWidget *>(window.page(MainWindow::ScriptPage));
+    // Stop asks first; the question is answered with its first button, abort.
+    QTimer::singleShot(0, &window, [] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            box->defaultButton()->click();
+    });
     header->playButton()->stopButton()->click();
-    auto *page = qobject_cast<PageSession *>(window.tabs()->widget(MainWindow::SessionPage));
+    auto *page = qobject_cast<PageSession *>(window.page(MainWindow::SessionPage));
     QPushButton *exportButton = page->sessionWidget()->exportButton();
     if (!waitFor([&] { return exportButton->isVisible(); }, timeoutMs))
         return false;
@@ -204,7 +212,7 @@ void fileDemoSubject(TarveloModel &model)
 bool saveDatabasePage(MainWindow &window, const QString &path)
 {
     window.tabs()->setCurrentIndex(MainWindow::DatabasePage);
-    auto *page = qobject_cast<PageDatabase *>(window.tabs()->widget(MainWindow::DatabasePage));
+    auto *page = qobject_cast<PageDatabase *>(window.page(MainWindow::DatabasePage));
     page->sessionList()->setCurrentRow(page->sessionList()->count() - 1);
     return save(window, path);
 }
@@ -212,7 +220,7 @@ bool saveDatabasePage(MainWindow &window, const QString &path)
 // The editor of the current subject, opened from the subject page.
 bool saveSubjectEditor(MainWindow &window, const QString &path)
 {
-    auto *page = qobject_cast<PageDatabase *>(window.tabs()->widget(MainWindow::DatabasePage));
+    auto *page = qobject_cast<PageDatabase *>(window.page(MainWindow::DatabasePage));
     page->editUserButton()->click();
     auto *editor = page->findChild<UserEditor *>();
     if (!editor)
@@ -292,8 +300,9 @@ int main(int argc, char *argv[])
         : QString();
 
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
-    AppStyle::apply(app);
+    // In the program's order: the style sheet once the window is built.
     MainWindow window;
+    AppStyle::apply(app);
     window.setWindowState(Qt::WindowNoState);
     window.resize(windowSize);
     window.show();
@@ -315,7 +324,7 @@ int main(int argc, char *argv[])
                         : QStringLiteral("no box answered: is TARVELO_EXTRA_PORTS set?"));
     if (!idlePath.isEmpty() && !save(window, idlePath))
         return fail(QStringLiteral("can't write %1").arg(idlePath));
-    auto *page = qobject_cast<PageScript *>(window.tabs()->widget(MainWindow::ScriptPage));
+    auto *page = qobject_cast<PageScript *>(window.page(MainWindow::ScriptPage));
     if (!pagesFolder.isEmpty()) {
         TarveloScriptEditor *editor = page->editor();
         // The second stage, so that the pictures show a stage other than the default one.

@@ -1,0 +1,356 @@
+// Faults an operator meets, with real parts: the data folder's files, a read-only folder, a
+// file size limit, the emulator and boxes the test speaks for on real pseudo-terminals.
+// Nothing recorded may be lost or half written, and every failure is said.
+#include "app/TarveloModel.h"
+#include "data/TarveloSession.h"
+#include "data/TarveloSettings.h"
+#include "data/TarveloUser.h"
+#include "device/TarveloDevice.h"
+#include "device/widgets/TarveloStatusBar.h"
+#include "foundation/FileUtilities.h"
+#include "frame/PlayScriptStopSessionButton.h"
+#include "session/SessionExport.h"
+#include "session/SessionRecorder.h"
+#include "session/widgets/PageSession.h"
+#include "session/widgets/SessionStatusLine.h"
+#include "session/widgets/TarveloSessionWidget.h"
+#include "support/EmulatorProcess.h"
+#include "support/FakeBox.h"
+#include "support/TestDataFolder.h"
+#include "ui/MainWindow.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QTabWidget>
+#include <QtTest>
+
+#include <memory>
+#include <optional>
+
+namespace {
+constexpr int WinMs = 8000;
+const QString Guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
+const QStringList Stage0 {"scriptStarted=Проба", "stageStarted=0", "stageItems=1",
+                          "r=400;b=3;s=3;t=900;d=100", "stageAction=+1"};
+const QStringList Stage1 {"stageStarted=1", "stageItems=2", "r=300;b=0;s=0;t=900;d=100",
+                          "stageAction=+1", "stageStarted=2"};
+
+// The stages in a session file, read by Qt's parser alone; -1 without a file.
+int storedStages(const QString &path)
+{
+    return QFile::exists(path) ? TestDataFolder::readJson(path).value("stages").toArray().size()
+                               : -1;
+}
+
+} // namespace
+
+class FaultsTest : public QObject
+{
+    Q_OBJECT
+    TestDataFolder m_data;
+    std::unique_ptr<MainWindow> m_window;
+    // The program's message boxes are recorded and answered, a question as m_yes says; the save
+    // dialog records the name it offers and takes it.
+    QTimer m_modalWatch;
+    QStringList m_messages;
+    bool m_yes = true;
+    QString m_offeredFile;
+
+    TarveloModel *model() const { return m_window->model(); }
+    void play(const QStringList &reports)
+    {
+        for (const QString &report : reports)
+            model()->handleDeviceMessage(report);
+    }
+    QString sessionPath() const { return model()->recorder()->savePath(); }
+    PageSession *page() const
+    {
+        return qobject_cast<PageSession *>(m_window->page(MainWindow::SessionPage));
+    }
+    QString statusLine() const { return page()->sessionWidget()->statusLine()->text(); }
+    QString notice() const { return m_window->tarveloStatusBar()->notice()->text(); }
+
+private slots:
+    void initTestCase();
+    void init()
+    {
+        m_data.clear();
+        setExtraPorts({});
+        m_messages.clear();
+    }
+    void cleanup() { m_window.reset(); }
+    void sessionOnDisk_data();
+    void sessionOnDisk();
+    void pulledPortIsFoundAgainAndTheSessionStillEnds();
+    void textFromTheBox_data();
+    void textFromTheBox();
+    void exportKeepsTheEarlierFile_data();
+    void exportKeepsTheEarlierFile();
+    void unusableDataFolderIsSaidAndNothingGoesElsewhere();
+};
+
+void FaultsTest::initTestCase()
+{
+    QVERIFY(m_data.isValid());
+    connect(&m_modalWatch, &QTimer::timeout, this, [this] {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
+            m_offeredFile = dialog->selectedFiles().value(0);
+            // Queued: it asks whether to replace the file, which this watch must answer.
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+        } else if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+            // That question has the dialog for a parent; the program's boxes have none.
+            if (!box->parentWidget())
+                m_messages << box->text();
+            // A message has only its OK; a question is answered as m_yes says.
+            const bool yes = m_yes || box->parentWidget();
+            for (QAbstractButton *button : box->buttons()) {
+                const QMessageBox::ButtonRole role = box->buttonRole(button);
+                if (role == QMessageBox::AcceptRole
+                    || role == (yes ? QMessageBox::YesRole : QMessageBox::RejectRole)) {
+                    button->click();
+                    break;
+                }
+            }
+        }
+    });
+    m_modalWatch.start(10);
+}
+
+void FaultsTest::sessionOnDisk_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("ending"); // the box finishes, or the window or stop asks
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<QList<int>>("stored"); // stages on disk after stage 0, 1 and at the end
+    QTest::addColumn<QString>("reason");
+    const QList<int> all {1, 2, 3};
+    QTest::newRow("finished") << ""
+                              << "finish" << true << all << "";
+    QTest::newRow("window closed, abort") << ""
+                                          << "close" << true << all << "";
+    QTest::newRow("window closed, go on") << ""
+                                          << "close" << false << QList<int> {1, 2, 2} << "";
+    QTest::newRow("stop, abort") << ""
+                                 << "stop" << true << all << "";
+    QTest::newRow("stop, go on") << ""
+                                 << "stop" << false << QList<int> {1, 2, 2} << "";
+    // EACCES for an operator, EPERM for root in an immutable folder.
+    QTest::newRow("read-only folder") << "read-only"
+                                      << "finish" << true << QList<int> {-1, -1, -1} << "ermi";
+    QTest::newRow("file size limit")
+        << "limit"
+        << "finish" << true << QList<int> {1, 1, 1} << "File too large";
+    QTest::newRow("a file in the subject folder's place")
+        << "blocked"
+        << "finish" << true << QList<int> {-1, -1, -1} << "Not a directory";
+}
+
+void FaultsTest::sessionOnDisk()
+{
+    QFETCH(QString, fault);
+    QFETCH(QString, ending);
+    QFETCH(bool, yes);
+    QFETCH(QList<int>, stored);
+    QFETCH(QString, reason);
+    FakeBox box;
+    QVERIFY(box.open());
+    setExtraPorts({box.path()});
+    const QString folder = m_data.addSubject(QStringLiteral("Иванов"), Guid);
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    QTRY_VERIFY_WITH_TIMEOUT(model()->device()->isConnected(), WinMs);
+    model()->selectUser(Guid);
+    if (fault == "blocked")
+        QVERIFY(QDir(folder).removeRecursively() && TestFiles::write(folder.chopped(1), "x"));
+    // Root may write into any folder, but not into an immutable one.
+    const auto unlock = qScopeGuard([&folder] { QProcess::execute("chattr", {"-i", folder}); });
+    if (fault == "read-only") {
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+        QProcess::execute("chattr", {"+i", folder});
+    }
+    play(Stage0);
+    const QString path = sessionPath();
+    QCOMPARE(storedStages(path), stored[0]);
+    const QByteArray first = TestFiles::read(path);
+    std::optional<TestFiles::FileSizeLimit> limit;
+    if (fault == "limit")
+        limit.emplace(first.size() + 16);
+    play(Stage1);
+    QCOMPARE(storedStages(path), stored[1]);
+    m_yes = yes;
+    if (ending == "finish")
+        play({"scriptFinished"});
+    else if (ending == "close")
+        m_window->close();
+    else
+        page()->playButton()->stopButton()->click();
+    // Aborted, the stage under way is kept as well; a file that can't grow stays as it was.
+    QCOMPARE(storedStages(path), stored[2]);
+    if (fault == "limit")
+        QCOMPARE(TestFiles::read(path), first);
+    const bool asked = ending != "finish";
+    QCOMPARE(model()->sessionRunning(), asked && !yes);
+    QCOMPARE(m_window->isVisible(), !(ending == "close" && yes));
+
+    // A failure is said once for the run, naming the file and the reason, and stays in view.
+    const QString name = QFileInfo(path).fileName();
+    QTRY_COMPARE(m_messages.size(), int(asked) + int(!reason.isEmpty()));
+    if (reason.isEmpty()) {
+        QVERIFY(statusLine().startsWith("Сохранено") && statusLine().contains(name));
+    } else {
+        QVERIFY2(m_messages.last().contains(name) && m_messages.last().contains(reason),
+                 qPrintable(m_messages.last()));
+        QVERIFY(statusLine().contains("Не сохранено") && statusLine().contains(reason));
+    }
+    // Nothing half written is left beside it.
+    QStringList left = QDir(QFileInfo(path).path()).entryList(QDir::Files | QDir::Hidden);
+    left.removeOne(TarveloUser::fileName());
+    QCOMPARE(left, stored[2] >= 0 ? QStringList {name} : QStringList());
+    m_window.reset();
+    QTRY_COMPARE(box.commands().count("stop"), int(asked && yes));
+}
+
+void FaultsTest::pulledPortIsFoundAgainAndTheSessionStillEnds()
+{
+    QTemporaryDir dir;
+    const QString link = dir.filePath(QStringLiteral("box"));
+    auto first = std::make_unique<EmulatorProcess>();
+    QVERIFY(first->start({"--link", link, "--speed", "4"}));
+    setExtraPorts({link});
+    const QString longStage = "rpt=0;" + QString("[s=2,t=800,d=800]").repeated(40);
+    QVERIFY(m_data.writeScript("Проба", {"rpt=0;[s=1,t=500,d=200]", longStage}));
+    m_window = std::make_unique<MainWindow>();
+    model()->settings()->setDeviceSearchTimeout(2);
+    QTRY_VERIFY_WITH_TIMEOUT(model()->device()->isConnected(), WinMs);
+    model()->device()->uploadScript(model()->currentScript());
+    QTRY_VERIFY_WITH_TIMEOUT(storedStages(sessionPath()) == 1, WinMs);
+
+    first->kill();
+    QTRY_VERIFY_WITH_TIMEOUT(!model()->device()->isConnected(), WinMs);
+    QVERIFY(statusLine().contains(QStringLiteral("Связь с устройством потеряна")));
+    EmulatorProcess second;
+    QVERIFY(second.start({"--link", link}));
+    QTRY_VERIFY_WITH_TIMEOUT(model()->device()->isConnected(), WinMs);
+    // Found by the first pass that saw it: greeted once.
+    QCOMPARE(second.commands().count(QStringLiteral("tarvelo")), 1);
+    QVERIFY(!statusLine().contains(QStringLiteral("потеряна")) && model()->sessionRunning());
+    model()->abortSession();
+    QTRY_COMPARE(second.commands().count(QStringLiteral("stop")), 1);
+    QCOMPARE(storedStages(sessionPath()), 2);
+}
+
+void FaultsTest::textFromTheBox_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("cut"); // between two reads of the link
+    QTest::addColumn<QString>("title");
+    const QByteArray frame = QStringLiteral("{scriptStarted=Проба}").toUtf8();
+    for (int cut = 1; cut < frame.size(); ++cut) {
+        if ((frame.at(cut) & 0xC0) == 0x80) // inside a character
+            QTest::addRow("cut at byte %d", cut) << frame << cut << QStringLiteral("Проба");
+    }
+    const QString markup = QStringLiteral("</h3><h1 style=\"color: red\">Гром</h1>");
+    QTest::newRow("markup") << ("{scriptStarted=" + markup.toUtf8() + "}") << 5 << markup;
+}
+
+void FaultsTest::textFromTheBox()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, cut);
+    QFETCH(QString, title);
+    m_window = std::make_unique<MainWindow>();
+    model()->device()->receive(bytes.left(cut));
+    model()->device()->receive(bytes.mid(cut)
+                               + "{stageStarted=0}{stageAction=<b>}{scriptFinished}");
+    QCOMPARE(TestDataFolder::readJson(sessionPath()).value("scriptTitle").toString(), title);
+    // Shown and printed as text.
+    const TarveloSessionWidget *view = page()->sessionWidget();
+    QVERIFY(view->titleLabel()->text().contains(title.toHtmlEscaped()));
+    QVERIFY(view->reportHtml().contains(QStringLiteral(">&lt;b&gt;</span>")));
+    QTemporaryDir out;
+    const QString pdf = out.filePath(QStringLiteral("report.pdf"));
+    const QString subject = QStringLiteral("<i>Иванов</i>");
+    QVERIFY(SessionExport::writePdf(
+        SessionExport::pdfHtml(*model()->session(), view->reportHtml(), subject), pdf));
+    QProcess text;
+    text.start(QStringLiteral("pdftotext"), {"-enc", "UTF-8", pdf, "-"});
+    QVERIFY(text.waitForFinished());
+    const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+    QVERIFY2(printed.contains(subject) && printed.contains(title), qPrintable(printed));
+}
+
+void FaultsTest::exportKeepsTheEarlierFile_data()
+{
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QByteArray>("magic");
+    QTest::newRow("XLSX") << "XLSX (*.xlsx)" << QByteArray("PK\x03\x04");
+    QTest::newRow("CSV") << "CSV (*.csv)" << QByteArray("\xEF\xBB\xBF");
+    QTest::newRow("PDF") << "PDF (*.pdf)" << QByteArray("%PDF-");
+}
+
+void FaultsTest::exportKeepsTheEarlierFile()
+{
+    QFETCH(QString, filter);
+    QFETCH(QByteArray, magic);
+    QTemporaryDir out;
+    m_window = std::make_unique<MainWindow>();
+    model()->settings()->setLastExportFolder(out.path());
+    model()->settings()->setLastExportFilter(filter);
+    play(Stage0 + QStringList {"scriptFinished"});
+    model()->session()->setStart(QDateTime(QDate(2026, 11, 23), QTime(8, 42, 10)));
+    const QString extension = SessionExport::extension(SessionExport::formatForFilter(filter));
+    // Over an earlier export of that name, which the dialog offers.
+    const QString file = out.filePath("Проба - 2026-11-23 08.42" + extension);
+    QVERIFY(TestFiles::write(file, "an earlier export"));
+    QPushButton *exportButton = page()->sessionWidget()->exportButton();
+    {
+        const TestFiles::FileSizeLimit limit(64);
+        exportButton->click();
+    }
+    // The dialog kept the minutes rather than taking them for a suffix to replace.
+    QCOMPARE(m_offeredFile, file);
+    QCOMPARE(TestFiles::read(file), QByteArray("an earlier export"));
+    QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+    QCOMPARE(m_messages, QStringList {"Ошибка сохранения \"" + file + "\": File too large"});
+    QVERIFY(notice().isEmpty());
+
+    // Written, it is named in the status bar; a desktop without a launcher gives a message.
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(out.path()));
+    exportButton->click();
+    qputenv("PATH", path);
+    QVERIFY(TestFiles::read(file).startsWith(magic));
+    QCOMPARE(m_messages.size(), 2);
+    QVERIFY(m_messages[1].startsWith("Не удалось открыть \"" + file));
+    QVERIFY(notice().contains(QFileInfo(file).fileName()) && notice().contains("<a "));
+}
+
+void FaultsTest::unusableDataFolderIsSaidAndNothingGoesElsewhere()
+{
+    const QString blocker = m_data.root().chopped(1);
+    QVERIFY(QDir().mkpath(QFileInfo(blocker).path()) && TestFiles::write(blocker, "in the way"));
+    QTemporaryDir startedFrom;
+    QVERIFY(QDir::setCurrent(startedFrom.path()));
+    m_window = std::make_unique<MainWindow>();
+    QTRY_COMPARE(m_messages.size(), 1);
+    QVERIFY(m_messages[0].contains(m_data.root()));
+    model()->settings()->setDeviceSearchTimeout(7);
+    QTRY_COMPARE(m_messages.size(), 2);
+    QVERIFY(m_messages[1].contains(m_data.settingsFile()));
+    QVERIFY(QDir(startedFrom.path()).isEmpty());
+
+    // A relative folder is made where it is named, not inside itself.
+    QVERIFY(FileUtilities::createIfNotExists(QStringLiteral("rel/sub")));
+    QVERIFY(QDir(startedFrom.filePath("rel/sub")).isEmpty());
+    QCOMPARE(QDir(startedFrom.path()).entryList(QDir::NoDotAndDotDot | QDir::Dirs),
+             QStringList {"rel"});
+    QDir::setCurrent(QDir::tempPath());
+    QFile::remove(blocker);
+}
+
+QTEST_MAIN(FaultsTest)
+#include "tst_faults.moc"
