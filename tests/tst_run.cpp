@@ -54,7 +54,6 @@ private slots:
     void cleanup();
     void scenario_data();
     void scenario();
-    void rememberedScriptIsSelectedAtTheNextStart();
     void transferRule_data() { TestFiles::addRows(QStringLiteral("tables/transfer_rule.txt")); }
     void transferRule();
     void playedScriptIsStoredAsTheBoxReportedIt();
@@ -65,10 +64,6 @@ private:
     QString run(const QStringList &lines);
     QString modelState() const;
     QString outcome();
-    // Starts the emulator with these options, then a model that finds it, subject A selected.
-    void startLinked(const QStringList &options, const QStringList &stages);
-    // The stored session against the reports the box sent, frame by frame.
-    void compareWithReports(const QStringList &reports);
 
     TestDataFolder m_data;
     std::unique_ptr<EmulatorProcess> m_emulator;
@@ -124,14 +119,13 @@ void RunTest::startModel()
 // what "state", "files" and "model" report. A line "{...}" is a frame from the box, read as the
 // link reads it; the other lines are steps of the operator or of the test:
 //   subject A|B|-|<GUID>, reload-subjects, folder <name in Records>[ | <its User.xml>],
-//   add-subject <GUID> | <last name>, rename <new last name of the current subject>,
-//   folders (what the documents, the data and the records folders hold),
-//   remove-folder A|B, block-folder A|B (a file stands in its place),
-//   script <file> | <title in it>, select-script <title>, edit-script <new title> (and a stage
-//   more), commit save|cancel, remove-script, title <title of the selected script>,
-//   free <title> | <own title>, settings <elements of Settings.xml>, set <name> | <value>,
-//   restart (a new model, as at the next start), do-not-record on|off, abort,
-//   full-disk (the next line writes onto a full disk).
+//   reload-scripts, add-subject <GUID> | <last name>, rename <new last name of the current
+//   subject>, folders (what the documents, the data and the records folders hold), remove-folder
+//   A|B, block-folder A|B (a file stands in its place), script <file> | <title in it>,
+//   select-script <title>, edit-script <new title> (and a stage more), commit save|cancel,
+//   remove-script, title <title of the selected script>, free <title> | <own title>, settings
+//   <elements of Settings.xml>, set <name> | <value>, restart (a new model, as at the next start),
+//   do-not-record on|off, abort, full-disk (the next line writes onto a full disk).
 QString RunTest::run(const QStringList &lines)
 {
     for (auto it = Guids.cbegin(); it != Guids.cend(); ++it)
@@ -198,6 +192,8 @@ QString RunTest::run(const QStringList &lines)
             out += "folders: " + entries(m_data.documents()) + " / " + entries(m_data.root() + "..")
                 + " / " + entries(m_data.root()) + " / " + entries(m_data.records())
                 + "\n  current subject named \"" + m_model->currentUser()->getLastName() + "\"\n";
+        } else if (command == "reload-scripts") {
+            m_model->reloadScripts();
         } else if (command == "reload-subjects") {
             m_model->reloadUsers();
         } else if (command == "folder") {
@@ -296,62 +292,6 @@ QString RunTest::outcome()
     return out;
 }
 
-void RunTest::startLinked(const QStringList &options, const QStringList &stages)
-{
-    m_emulator = std::make_unique<EmulatorProcess>();
-    QVERIFY(m_emulator->start(options));
-    setExtraPorts({m_emulator->path()});
-    m_data.addSubject(Names.value("A"), Guids.value("A"));
-    m_data.writeScript(QStringLiteral("Проба"), stages);
-    // The search interval is the operator's setting; two seconds leave the greeting time.
-    m_data.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
-    m_model = std::make_unique<TarveloModel>();
-    QCOMPARE(m_model->device()->searchInterval(), 2);
-    m_model->selectUser(Guids.value("A"));
-    QTRY_VERIFY_WITH_TIMEOUT(m_model->device()->isConnected(), WinMs);
-    m_model->device()->uploadScript(m_model->currentScript(), -1, true);
-}
-
-// The run as the box told it, from its start on, and the stored session told the same way.
-void RunTest::compareWithReports(const QStringList &reports)
-{
-    QStringList sent = reports.mid(reports.lastIndexOf(ScriptStarted + "Проба"));
-    sent.removeAll(ScriptFinished);
-    const QStringList files = m_data.allSessionFiles();
-    QCOMPARE(files.size(), 1);
-    const std::unique_ptr<TarveloSession> stored(TarveloSession::load(m_data.records() + files[0]));
-    QCOMPARE(stored->userGUID(), Guids.value("A"));
-    QStringList told {ScriptStarted + stored->scriptTitle()};
-    for (const SessionStage *stage : stored->stages()) {
-        told << StageStarted + QString::number(stage->index)
-             << StageItems + QString::number(stage->stepCount);
-        for (const SessionStep *step : stage->steps())
-            told << QString::asprintf("r=%d;b=%d;b2=%d;s=%d;t=%d;d=%d",
-                                      step->v ? step->r : -step->r, step->b, step->b2, step->s,
-                                      step->t, step->d);
-        if (!stage->action.isEmpty())
-            told << StageAction + stage->action;
-    }
-    QCOMPARE(told, sent);
-}
-
-void RunTest::rememberedScriptIsSelectedAtTheNextStart()
-{
-    QVERIFY(m_data.writeScript(QStringLiteral("Alpha"), {}));
-    QVERIFY(m_data.writeScript(QStringLiteral("Beta"), {}));
-    startModel();
-    // The one not taken first, whichever that is.
-    const QString other = m_model->currentScriptTitle() == "Alpha" ? "Beta" : "Alpha";
-    m_model->selectScript(other);
-    startModel();
-    QCOMPARE(m_model->currentScriptTitle(), other);
-    // A reload reads the script anew.
-    const std::unique_ptr<TarveloScript> before(m_model->currentScript());
-    m_model->reloadScripts();
-    QCOMPARE(m_model->currentScriptTitle(), other);
-    QVERIFY(m_model->currentScript() != before.get());
-}
-
 void RunTest::transferRule()
 {
     QFETCH(QString, transfers);
@@ -380,14 +320,44 @@ void RunTest::playedScriptIsStoredAsTheBoxReportedIt()
         "stop=6;s-1=4;s-0=2;s+1=0;rpt=1;[s=0,t=800,d=400][s=12,t=800,d=400][s=6,t=800,d=400]",
         "stop=5;s-2=3;s-1=2;s+2=0;rpt=1;[s=3,t=600,d=300][s=17,t=600,d=300][s=11,t=600,d=300]",
         "s-0=1;s+1=0;rpt=1;[s=4,t=500,d=200][s=13,t=500,d=200]"};
-    startLinked(QStringLiteral("--speed 20 --seed 7 --wrong 0.25 --late 0.15 --miss 0.15 --noise "
-                               "--split")
-                    .split(' '),
-                stages);
+    m_emulator = std::make_unique<EmulatorProcess>();
+    QVERIFY(m_emulator->start(
+        QStringLiteral("--speed 20 --seed 7 --wrong 0.25 --late 0.15 --miss 0.15 --noise --split")
+            .split(' ')));
+    setExtraPorts({m_emulator->path()});
+    m_data.addSubject(Names.value("A"), Guids.value("A"));
+    m_data.writeScript(QStringLiteral("Проба"), stages);
+    // The search interval is the operator's setting; two seconds leave the greeting time.
+    m_data.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
+    m_model = std::make_unique<TarveloModel>();
+    QCOMPARE(m_model->device()->searchInterval(), 2);
+    m_model->selectUser(Guids.value("A"));
+    QTRY_VERIFY_WITH_TIMEOUT(m_model->device()->isConnected(), WinMs);
+    m_model->device()->uploadScript(m_model->currentScript(), -1, true);
     QSignalSpy finished(m_model.get(), &TarveloModel::sessionFinished);
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PlayMs);
     QVERIFY(!m_model->sessionRunning());
-    compareWithReports(m_emulator->reports());
+
+    // The run as the box told it, from its start on, and the stored session told the same way.
+    QStringList sent = m_emulator->reports();
+    sent = sent.mid(sent.lastIndexOf(ScriptStarted + "Проба"));
+    sent.removeAll(ScriptFinished);
+    const QStringList files = m_data.allSessionFiles();
+    QCOMPARE(files.size(), 1);
+    const std::unique_ptr<TarveloSession> stored(TarveloSession::load(m_data.records() + files[0]));
+    QCOMPARE(stored->userGUID(), Guids.value("A"));
+    QStringList told {ScriptStarted + stored->scriptTitle()};
+    for (const SessionStage *stage : stored->stages()) {
+        told << StageStarted + QString::number(stage->index)
+             << StageItems + QString::number(stage->stepCount);
+        for (const SessionStep *step : stage->steps())
+            told << QString::asprintf("r=%d;b=%d;b2=%d;s=%d;t=%d;d=%d",
+                                      step->v ? step->r : -step->r, step->b, step->b2, step->s,
+                                      step->t, step->d);
+        if (!stage->action.isEmpty())
+            told << StageAction + stage->action;
+    }
+    QCOMPARE(told, sent);
 
     const TarveloScript *script = m_model->currentScript();
     QVector<const ScriptStage *> played(script->stages().cbegin(), script->stages().cend());
