@@ -16,12 +16,10 @@
 #include "session/widgets/TarveloSessionWidget.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
+#include "support/ModalAnswerer.h"
 #include "support/TestDataFolder.h"
 #include "ui/MainWindow.h"
 
-#include <QApplication>
-#include <QFileDialog>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QTabWidget>
@@ -52,12 +50,7 @@ class FaultsTest : public QObject
     Q_OBJECT
     TestDataFolder m_data;
     std::unique_ptr<MainWindow> m_window;
-    // The program's message boxes are recorded and answered, a question as m_yes says; the save
-    // dialog records the name it offers and takes it.
-    QTimer m_modalWatch;
-    QStringList m_messages;
-    bool m_yes = true;
-    QString m_offeredFile;
+    std::unique_ptr<ModalAnswerer> m_answers;
 
     TarveloModel *model() const { return m_window->model(); }
     void play(const QStringList &reports)
@@ -74,80 +67,26 @@ class FaultsTest : public QObject
     QString notice() const { return m_window->tarveloStatusBar()->notice()->text(); }
 
 private slots:
-    void initTestCase();
+    void initTestCase() { QVERIFY(m_data.isValid()); }
     void init()
     {
         m_data.clear();
         setExtraPorts({});
-        m_messages.clear();
+        m_answers = std::make_unique<ModalAnswerer>();
     }
     void cleanup() { m_window.reset(); }
-    void sessionOnDisk_data();
+    void sessionOnDisk_data() { TestFiles::addRows(QStringLiteral("tables/session_on_disk.txt")); }
     void sessionOnDisk();
     void pulledPortIsFoundAgainAndTheSessionStillEnds();
     void textFromTheBox_data();
     void textFromTheBox();
-    void exportKeepsTheEarlierFile_data();
+    void exportKeepsTheEarlierFile_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/export_over_a_file.txt"));
+    }
     void exportKeepsTheEarlierFile();
     void unusableDataFolderIsSaidAndNothingGoesElsewhere();
 };
-
-void FaultsTest::initTestCase()
-{
-    QVERIFY(m_data.isValid());
-    connect(&m_modalWatch, &QTimer::timeout, this, [this] {
-        QWidget *modal = QApplication::activeModalWidget();
-        if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
-            m_offeredFile = dialog->selectedFiles().value(0);
-            // Queued: it asks whether to replace the file, which this watch must answer.
-            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
-        } else if (auto *box = qobject_cast<QMessageBox *>(modal)) {
-            // That question has the dialog for a parent; the program's boxes have none.
-            if (!box->parentWidget())
-                m_messages << box->text();
-            // A message has only its OK; a question is answered as m_yes says.
-            const bool yes = m_yes || box->parentWidget();
-            for (QAbstractButton *button : box->buttons()) {
-                const QMessageBox::ButtonRole role = box->buttonRole(button);
-                if (role == QMessageBox::AcceptRole
-                    || role == (yes ? QMessageBox::YesRole : QMessageBox::RejectRole)) {
-                    button->click();
-                    break;
-                }
-            }
-        }
-    });
-    m_modalWatch.start(10);
-}
-
-void FaultsTest::sessionOnDisk_data()
-{
-    QTest::addColumn<QString>("fault");
-    QTest::addColumn<QString>("ending"); // the box finishes, or the window or stop asks
-    QTest::addColumn<bool>("yes");
-    QTest::addColumn<QList<int>>("stored"); // stages on disk after stage 0, 1 and at the end
-    QTest::addColumn<QString>("reason");
-    const QList<int> all {1, 2, 3};
-    QTest::newRow("finished") << ""
-                              << "finish" << true << all << "";
-    QTest::newRow("window closed, abort") << ""
-                                          << "close" << true << all << "";
-    QTest::newRow("window closed, go on") << ""
-                                          << "close" << false << QList<int> {1, 2, 2} << "";
-    QTest::newRow("stop, abort") << ""
-                                 << "stop" << true << all << "";
-    QTest::newRow("stop, go on") << ""
-                                 << "stop" << false << QList<int> {1, 2, 2} << "";
-    // EACCES for an operator, EPERM for root in an immutable folder.
-    QTest::newRow("read-only folder") << "read-only"
-                                      << "finish" << true << QList<int> {-1, -1, -1} << "ermi";
-    QTest::newRow("file size limit")
-        << "limit"
-        << "finish" << true << QList<int> {1, 1, 1} << "File too large";
-    QTest::newRow("a file in the subject folder's place")
-        << "blocked"
-        << "finish" << true << QList<int> {-1, -1, -1} << "Not a directory";
-}
 
 void FaultsTest::sessionOnDisk()
 {
@@ -181,7 +120,7 @@ void FaultsTest::sessionOnDisk()
         limit.emplace(first.size() + 16);
     play(Stage1);
     QCOMPARE(storedStages(path), stored[1]);
-    m_yes = yes;
+    m_answers->answer = yes ? QString() : QStringLiteral("no");
     if (ending == "finish")
         play({"scriptFinished"});
     else if (ending == "close")
@@ -198,12 +137,13 @@ void FaultsTest::sessionOnDisk()
 
     // A failure is said once for the run, naming the file and the reason, and stays in view.
     const QString name = QFileInfo(path).fileName();
-    QTRY_COMPARE(m_messages.size(), int(asked) + int(!reason.isEmpty()));
+    const QStringList &messages = m_answers->messages; // title and text of each
+    QTRY_COMPARE(messages.size(), 2 * (int(asked) + int(!reason.isEmpty())));
     if (reason.isEmpty()) {
         QVERIFY(statusLine().startsWith("Сохранено") && statusLine().contains(name));
     } else {
-        QVERIFY2(m_messages.last().contains(name) && m_messages.last().contains(reason),
-                 qPrintable(m_messages.last()));
+        QVERIFY2(messages.last().contains(name) && messages.last().contains(reason),
+                 qPrintable(messages.last()));
         QVERIFY(statusLine().contains("Не сохранено") && statusLine().contains(reason));
     }
     // Nothing half written is left beside it.
@@ -283,15 +223,6 @@ void FaultsTest::textFromTheBox()
     QVERIFY2(printed.contains(subject) && printed.contains(title), qPrintable(printed));
 }
 
-void FaultsTest::exportKeepsTheEarlierFile_data()
-{
-    QTest::addColumn<QString>("filter");
-    QTest::addColumn<QByteArray>("magic");
-    QTest::newRow("XLSX") << "XLSX (*.xlsx)" << QByteArray("PK\x03\x04");
-    QTest::newRow("CSV") << "CSV (*.csv)" << QByteArray("\xEF\xBB\xBF");
-    QTest::newRow("PDF") << "PDF (*.pdf)" << QByteArray("%PDF-");
-}
-
 void FaultsTest::exportKeepsTheEarlierFile()
 {
     QFETCH(QString, filter);
@@ -312,10 +243,11 @@ void FaultsTest::exportKeepsTheEarlierFile()
         exportButton->click();
     }
     // The dialog kept the minutes rather than taking them for a suffix to replace.
-    QCOMPARE(m_offeredFile, file);
+    QCOMPARE(m_answers->offered, file);
     QCOMPARE(TestFiles::read(file), QByteArray("an earlier export"));
     QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-    QCOMPARE(m_messages, QStringList {"Ошибка сохранения \"" + file + "\": File too large"});
+    QCOMPARE(m_answers->messages,
+             (QStringList {QString(), "Ошибка сохранения \"" + file + "\": File too large"}));
     QVERIFY(notice().isEmpty());
 
     // Written, it is named in the status bar; a desktop without a launcher gives a message.
@@ -324,8 +256,8 @@ void FaultsTest::exportKeepsTheEarlierFile()
     exportButton->click();
     qputenv("PATH", path);
     QVERIFY(TestFiles::read(file).startsWith(magic));
-    QCOMPARE(m_messages.size(), 2);
-    QVERIFY(m_messages[1].startsWith("Не удалось открыть \"" + file));
+    QCOMPARE(m_answers->messages.size(), 4);
+    QVERIFY(m_answers->messages[3].startsWith("Не удалось открыть \"" + file));
     QVERIFY(notice().contains(QFileInfo(file).fileName()) && notice().contains("<a "));
 }
 
@@ -336,11 +268,12 @@ void FaultsTest::unusableDataFolderIsSaidAndNothingGoesElsewhere()
     QTemporaryDir startedFrom;
     QVERIFY(QDir::setCurrent(startedFrom.path()));
     m_window = std::make_unique<MainWindow>();
-    QTRY_COMPARE(m_messages.size(), 1);
-    QVERIFY(m_messages[0].contains(m_data.root()));
+    const QStringList &messages = m_answers->messages;
+    QTRY_COMPARE(messages.size(), 2);
+    QVERIFY(messages[1].contains(m_data.root()));
     model()->settings()->setDeviceSearchTimeout(7);
-    QTRY_COMPARE(m_messages.size(), 2);
-    QVERIFY(m_messages[1].contains(m_data.settingsFile()));
+    QTRY_COMPARE(messages.size(), 4);
+    QVERIFY(messages[3].contains(m_data.settingsFile()));
     QVERIFY(QDir(startedFrom.path()).isEmpty());
 
     // A relative folder is made where it is named, not inside itself.

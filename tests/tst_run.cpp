@@ -12,6 +12,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <optional>
 
 using namespace DeviceProtocol;
 
@@ -140,8 +141,9 @@ QString RunTest::run(const QStringList &lines)
         const QString second = argument.section(" | ", 1);
         const QString guid = Guids.value(argument, argument == "-" ? QString() : argument);
         const QString subjectFolder = m_data.records() + Names.value(argument) + " (" + guid + ')';
-        std::unique_ptr<FileSizeLimit> limit(fullDisk ? new FileSizeLimit(100) : nullptr);
-        fullDisk = false;
+        std::optional<TestFiles::FileSizeLimit> limit;
+        if (std::exchange(fullDisk, false))
+            limit.emplace(100);
         TarveloScript *script = m_model->currentScript();
         if (line.startsWith('{')) {
             m_model->device()->receive(line.toUtf8());
