@@ -17,6 +17,7 @@
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
 #include "support/ModalAnswerer.h"
+#include "support/ReadBack.h"
 #include "support/TestDataFolder.h"
 #include "ui/MainWindow.h"
 
@@ -231,10 +232,7 @@ void FaultsTest::textFromTheBox()
     const QString subject = QStringLiteral("<i>Иванов</i>");
     QVERIFY(SessionExport::writePdf(
         SessionExport::pdfHtml(*model()->session(), view->reportHtml(), subject), pdf));
-    QProcess text;
-    text.start(QStringLiteral("pdftotext"), {"-enc", "UTF-8", pdf, "-"});
-    QVERIFY(text.waitForFinished());
-    const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+    const QString printed = pdfText(pdf);
     QVERIFY2(printed.contains(subject) && printed.contains(title), qPrintable(printed));
 }
 

@@ -9,6 +9,7 @@
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
 #include "support/ModalAnswerer.h"
+#include "support/ReadBack.h"
 #include "support/SessionFixtures.h"
 #include "support/TestDataFolder.h"
 #include "ui/MainWindow.h"
@@ -77,15 +78,6 @@ protected:
         return answer;
     }
 };
-
-// The text of a PDF, its blanks and line ends made single blanks.
-QString pdfText(const QString &path)
-{
-    QProcess tool;
-    tool.start(QStringLiteral("pdftotext"), {"-enc", "UTF-8", path, "-"});
-    tool.waitForFinished(60000);
-    return QString::fromUtf8(tool.readAllStandardOutput()).simplified();
-}
 
 // The number of pages, or -1 if any is not A4.
 int a4Pages(const QString &path)
