@@ -16,9 +16,6 @@
 using namespace DeviceProtocol;
 
 namespace {
-// The greeting goes out a second after a port opened; a win takes a little more than that.
-constexpr int WinMs = 8000;
-
 // A device whose calendar stands still, for the serial numbers it writes.
 class FixedDateDevice : public TarveloDevice
 {

@@ -20,7 +20,6 @@
 #include <zip.h>
 
 namespace {
-constexpr int WinMs = 8000;
 const QString Warning = QStringLiteral("There were errors while uploading firmware");
 
 // Runs act once ready holds, polled from whatever event loop runs, modal ones included.

@@ -30,7 +30,6 @@
 #include <optional>
 
 namespace {
-constexpr int WinMs = 8000;
 const QString Guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
 const QStringList Stage0 {"scriptStarted=Проба", "stageStarted=0", "stageItems=1",
                           "r=400;b=3;s=3;t=900;d=100", "stageAction=+1"};

@@ -17,7 +17,6 @@
 using namespace DeviceProtocol;
 
 namespace {
-constexpr int WinMs = 8000;
 constexpr int PlayMs = 30000;
 const QMap<QString, QString> Guids {{"A", "4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10"},
                                     {"B", "0b7e2d55-1c4f-4e2a-8d3b-9f6a5c4e3d21"}};

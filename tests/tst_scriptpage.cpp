@@ -30,8 +30,6 @@
 #include <memory>
 
 namespace {
-constexpr int WinMs = 8000;
-
 const QStringList TrialStages {
     QStringLiteral("stop=5;s-2=;s-1=;s-0=2;s+1=1;s+2=;rpt=3;[s=1,t=1500,d=1000][s=2,t=1500,d=900]"),
     QStringLiteral("stop=;s-2=;s-1=;s-0=;s+1=;s+2=;rpt=1;[s=3,t=1000,d=800]"),

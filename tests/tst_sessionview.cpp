@@ -25,7 +25,6 @@
 #include <memory>
 
 namespace {
-constexpr int WinMs = 8000;
 const QString Finished = QStringLiteral("Завершено");
 const QString Guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
 const QString TrialStage = "rpt=0;" + QStringLiteral("[s=1,t=1500,d=1000]").repeated(6);
