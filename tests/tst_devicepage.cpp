@@ -301,6 +301,8 @@ void DevicePageTest::packagesGiveTheRightVerdict()
         QPushButton *update = childWithText<QPushButton>(&updater, "Update firmware");
         QCOMPARE(update->isEnabled(), valid);
         QVERIFY(!valid || update->toolTip().split('\n').contains(folder + '/' + hex));
+        // Only the tool's entry is marked executable in the archive.
+        QVERIFY(!valid || !QFileInfo(folder + '/' + hex).isExecutable());
         QVERIFY(updater.findChild<QLabel *>()->text().contains(note));
         // A refused or broken package writes nothing at all.
         QCOMPARE(QDir(folder).isEmpty(), !note.isEmpty());
