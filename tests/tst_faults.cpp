@@ -82,8 +82,7 @@ private slots:
     void sessionOnDisk_data() { TestFiles::addRows(QStringLiteral("tables/session_on_disk.txt")); }
     void sessionOnDisk();
     void pulledCableKeepsTheRunUntilTheBoxIsBack();
-    void textFromTheBox_data();
-    void textFromTheBox();
+    void markupFromTheBoxStaysText();
     void exportKeepsTheEarlierFile_data()
     {
         TestFiles::addRows(QStringLiteral("tables/export_over_a_file.txt"));
@@ -198,31 +197,14 @@ void FaultsTest::pulledCableKeepsTheRunUntilTheBoxIsBack()
     QVERIFY(!page()->sessionWidget()->exportButton()->isHidden());
 }
 
-void FaultsTest::textFromTheBox_data()
+// Markup in the box's words is shown and printed as the text it is.
+void FaultsTest::markupFromTheBoxStaysText()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("cut"); // between two reads of the link
-    QTest::addColumn<QString>("title");
-    const QByteArray frame = QStringLiteral("{scriptStarted=Проба}").toUtf8();
-    for (int cut = 1; cut < frame.size(); ++cut) {
-        if ((frame.at(cut) & 0xC0) == 0x80) // inside a character
-            QTest::addRow("cut at byte %d", cut) << frame << cut << QStringLiteral("Проба");
-    }
-    const QString markup = QStringLiteral("</h3><h1 style=\"color: red\">Гром</h1>");
-    QTest::newRow("markup") << ("{scriptStarted=" + markup.toUtf8() + "}") << 5 << markup;
-}
-
-void FaultsTest::textFromTheBox()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(int, cut);
-    QFETCH(QString, title);
+    const QString title = QStringLiteral("</h3><h1 style=\"color: red\">Гром</h1>");
     m_window = std::make_unique<MainWindow>();
-    model()->device()->receive(bytes.left(cut));
-    model()->device()->receive(bytes.mid(cut)
-                               + "{stageStarted=0}{stageAction=<b>}{scriptFinished}");
+    model()->device()->receive("{scriptStarted=" + title.toUtf8()
+                               + "}{stageStarted=0}{stageAction=<b>}{scriptFinished}");
     QCOMPARE(TestDataFolder::readJson(sessionPath()).value("scriptTitle").toString(), title);
-    // Shown and printed as text.
     const TarveloSessionWidget *view = page()->sessionWidget();
     QVERIFY(view->titleLabel()->text().contains(title.toHtmlEscaped()));
     QVERIFY(view->reportHtml().contains(QStringLiteral(">&lt;b&gt;</span>")));
