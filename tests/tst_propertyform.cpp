@@ -4,6 +4,7 @@
 #include "foundation/NTSettings.h"
 #include "foundation/widgets/PropertyListControl.h"
 #include "foundation/widgets/PropertyTabWidget.h"
+#include "foundation/widgets/SettingsWithLanguage.h"
 #include "foundation/widgets/propertyviews/BasePropertyView.h"
 #include "foundation/widgets/propertyviews/DualDoubleSpinBox.h"
 #include "support/TestDataFolder.h"
@@ -114,6 +115,7 @@ private slots:
     void checkVisibility();
     void categoriesAreLabelledAndBoundOnesFollowTheirSource();
     void settingsPageStoresAtOnceAndMarksChanges();
+    void storedLanguageIsKept();
 
 private:
     BasePropertyView *view(const char *property) const;
@@ -289,6 +291,20 @@ void PropertyFormTest::settingsPageStoresAtOnceAndMarksChanges()
     m_model->settings()->setDeviceSearchTimeout(12); // a change from elsewhere shows as well
     QTRY_COMPARE(number->value(), 12);
     QVERIFY(mark->styleSheet().contains(QLatin1String("#39F")));
+}
+
+// The settings class with a language keeps the one stored in its file; only an empty value
+// takes the system's or the first.
+void PropertyFormTest::storedLanguageIsKept()
+{
+    const QString path = m_data.root() + QStringLiteral("Language.xml");
+    QVERIFY(QDir().mkpath(m_data.root()));
+    QVERIFY(TestFiles::write(path,
+                             "<SettingsWithLanguage><Language>xx_XX</Language>"
+                             "</SettingsWithLanguage>"));
+    SettingsWithLanguage settings(path, false, {"yy_YY", "xx_XX"});
+    QVERIFY(settings.reload());
+    QCOMPARE(settings.property("Language").toString(), QStringLiteral("xx_XX"));
 }
 
 QTEST_MAIN(PropertyFormTest)
