@@ -3,6 +3,7 @@
 #include "AppStyle.h"
 #include "MainWindow.h"
 #include "foundation/AppHelper.h"
+#include "foundation/DeferredStart.h"
 #include "foundation/LanguageContext.h"
 
 #include <QApplication>
@@ -29,12 +30,15 @@ std::unique_ptr<MainWindow> showMainWindow(QApplication &app)
     // The hyphen is deliberate: no key matches it, so the system's language decides.
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
 
+    // What the first sight of the window doesn't need waits until it has been painted.
+    DeferredStart::hold();
     // The style sheet comes after the window is built: given before, it is applied anew to
     // every subtree each time a widget gets a parent, most of the start's work.
     auto window = std::make_unique<MainWindow>();
     AppStyle::apply(app);
     // Shown first: finish() waits for the window to be on screen, which would otherwise cost
     // every start about a second of polling.
+    DeferredStart::releaseAfterFirstPaint(window.get());
     window->show();
     splash.finish(window.get());
     return window;
