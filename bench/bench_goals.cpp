@@ -275,7 +275,7 @@ int firstPaintChild(int argc, char **argv, bool program)
     };
     app.installEventFilter(&filter);
     if (program) {
-        const std::unique_ptr<MainWindow> window = ProgramStart::showMainWindow(app);
+        const std::unique_ptr<MainWindow> window = ProgramStart::showMainWindow();
         return painted ? 0 : app.exec();
     }
     QMainWindow window;
@@ -437,7 +437,7 @@ int main(int argc, char **argv)
         return 1;
     setExtraPorts({box.path()});
 
-    auto window = ProgramStart::showMainWindow(app);
+    auto window = ProgramStart::showMainWindow();
     window->setWindowState(Qt::WindowNoState);
     window->resize(1280, 800);
     window->tabs()->setCurrentIndex(MainWindow::SessionPage);
