@@ -16,9 +16,6 @@
 using namespace DeviceProtocol;
 
 namespace {
-// The greeting goes out a second after a port opened; a win takes a little more than that.
-constexpr int WinMs = 8000;
-
 // A device whose calendar stands still, for the serial numbers it writes.
 class FixedDateDevice : public TarveloDevice
 {
@@ -68,30 +65,21 @@ private slots:
     void splitterGivesTheFramesMessages();
     void bytesCutAnywhereArriveWholeAndEndlessFramesAreDropped();
     void portsOfTheSystemAndTheEnvironment();
+
+    // One link to a box that the test speaks for, until its cable goes in the last of them.
+    void linkAsksUntilSerialNumberAndVersionAreKnown();
+    void link_data() { TestFiles::addRows(QStringLiteral("tables/device_link.txt")); }
+    void link();
     void uploadProgress_data() { TestFiles::addRows(QStringLiteral("tables/upload_progress.txt")); }
     void uploadProgress();
     void uploadAskedForDuringAnUploadIsRefused();
     void uploadStopsAtTheFirstCommandThatDoesNotGoOut();
-
-    // One link to a box that the test speaks for.
-    void linkAsksUntilSerialNumberAndVersionAreKnown();
-    void link_data() { TestFiles::addRows(QStringLiteral("tables/device_link.txt")); }
-    void link();
 
     // The search.
     void searchWinsTheBoxAmongOtherPortsAndUploadsToIt();
     void portFilterAndAnAnswerAmongOtherFrames();
 
 private:
-    // A device linked to the given box; uploads go nowhere without a link.
-    void linkDevice(FakeBox &box, std::unique_ptr<TarveloDevice> &device)
-    {
-        QVERIFY(box.open());
-        setExtraPorts({box.path()});
-        device = std::make_unique<TarveloDevice>(-1);
-        QTRY_VERIFY_WITH_TIMEOUT(device->isConnected(), WinMs);
-    }
-
     FakeBox m_box;
     std::unique_ptr<FixedDateDevice> m_device;
 };
@@ -157,53 +145,6 @@ void DeviceTest::portsOfTheSystemAndTheEnvironment()
     QCOMPARE(PortCatalog::candidates().constLast().name, QStringLiteral("/tmp/box"));
 }
 
-void DeviceTest::uploadProgress()
-{
-    QFETCH(QString, title);
-    QFETCH(QStringList, stages);
-    QFETCH(int, saveSlot);
-    QFETCH(bool, start);
-    QFETCH(QList<int>, progress);
-    FakeBox box;
-    std::unique_ptr<TarveloDevice> device;
-    linkDevice(box, device);
-    QSignalSpy spy(device.get(), &TarveloDevice::loadProgress);
-    device->uploadScript(scriptOf(title, stages).get(), saveSlot, start);
-    QCOMPARE(values(spy), progress);
-}
-
-void DeviceTest::uploadAskedForDuringAnUploadIsRefused()
-{
-    const std::unique_ptr<TarveloScript> script = scriptOf(QStringLiteral("a"), {TwoSteps});
-    FakeBox box;
-    std::unique_ptr<TarveloDevice> device;
-    linkDevice(box, device);
-    QSignalSpy spy(device.get(), &TarveloDevice::loadProgress);
-    // The interface runs during the upload's event passes, and could ask for another one.
-    int askedAt = -1;
-    QTimer::singleShot(0, device.get(), [&] {
-        askedAt = spy.count();
-        device->uploadScript(script.get());
-    });
-    device->uploadScript(script.get());
-    QVERIFY(askedAt > 0);
-    QCOMPARE(values(spy), QList<int>({40, 60, 80}) + QVector<int>(9, -1).toList());
-}
-
-void DeviceTest::uploadStopsAtTheFirstCommandThatDoesNotGoOut()
-{
-    FakeBox box;
-    std::unique_ptr<TarveloDevice> device;
-    linkDevice(box, device);
-    box.close(); // the cable goes
-    QSignalSpy progress(device.get(), &TarveloDevice::loadProgress);
-    QSignalSpy failed(device.get(), &TarveloDevice::uploadFailed);
-    device->uploadScript(scriptOf(QStringLiteral("a"), {TwoSteps}).get());
-    QCOMPARE(values(progress), QList<int> {-1});
-    QCOMPARE(failed.count(), 1);
-    QVERIFY(!device->isConnected());
-}
-
 void DeviceTest::linkAsksUntilSerialNumberAndVersionAreKnown()
 {
     QVERIFY(m_box.open());
@@ -267,6 +208,46 @@ void DeviceTest::link()
     QTRY_VERIFY(m_box.commands().contains(QStringLiteral("marker")));
     const QString got = m_box.commands().join(' ');
     QVERIFY2(QRegularExpression('^' + commands + '$').match(got).hasMatch(), qPrintable(got));
+}
+
+void DeviceTest::uploadProgress()
+{
+    QFETCH(QString, title);
+    QFETCH(QStringList, stages);
+    QFETCH(int, saveSlot);
+    QFETCH(bool, start);
+    QFETCH(QList<int>, progress);
+    QSignalSpy spy(m_device.get(), &TarveloDevice::loadProgress);
+    m_device->uploadScript(scriptOf(title, stages).get(), saveSlot, start);
+    QCOMPARE(values(spy), progress);
+}
+
+void DeviceTest::uploadAskedForDuringAnUploadIsRefused()
+{
+    const std::unique_ptr<TarveloScript> script = scriptOf(QStringLiteral("a"), {TwoSteps});
+    TarveloDevice *device = m_device.get();
+    QSignalSpy spy(device, &TarveloDevice::loadProgress);
+    // The interface runs during the upload's event passes, and could ask for another one.
+    int askedAt = -1;
+    QTimer::singleShot(0, device, [&] {
+        askedAt = spy.count();
+        device->uploadScript(script.get());
+    });
+    device->uploadScript(script.get());
+    QVERIFY(askedAt > 0);
+    QCOMPARE(values(spy), QList<int>({40, 60, 80}) + QVector<int>(9, -1).toList());
+}
+
+void DeviceTest::uploadStopsAtTheFirstCommandThatDoesNotGoOut()
+{
+    TarveloDevice *device = m_device.get();
+    m_box.close(); // the cable goes
+    QSignalSpy progress(device, &TarveloDevice::loadProgress);
+    QSignalSpy failed(device, &TarveloDevice::uploadFailed);
+    device->uploadScript(scriptOf(QStringLiteral("a"), {TwoSteps}).get());
+    QCOMPARE(values(progress), QList<int> {-1});
+    QCOMPARE(failed.count(), 1);
+    QVERIFY(!device->isConnected());
 }
 
 void DeviceTest::searchWinsTheBoxAmongOtherPortsAndUploadsToIt()
@@ -347,18 +328,14 @@ void DeviceTest::firmwareToolArgumentsOfBothBoardTypes()
 {
     using namespace FirmwarePackage;
     const QMap<QString, QString> avr {{Role::Conf, "/d/avrdude.conf"}, {Role::Hex, "/d/fw.hex"}};
-    QCOMPARE(FirmwareFlasher::arguments(AtMega2560, avr, "COM3").join(' '),
-             R"("-C/d/avrdude.conf" -v -V -patmega2560 -cwiring "-PCOM3" -b115200 -D )"
-             R"("-Uflash:w:/d/fw.hex:i")");
     const QMap<QString, QString> esp {{Role::Ino, "/d/a.ino.bin"},
                                       {Role::Bootloader, "/d/a.ino.bootloader.bin"},
                                       {Role::BootApp, "/d/boot_app0.bin"},
                                       {Role::Partitions, "/d/a.ino.partitions.bin"}};
-    QCOMPARE(FirmwareFlasher::arguments(Esp32, esp, "COM4").join(' '),
-             R"(--chip esp32 --port "COM4" --baud 1500000 --before default_reset --after )"
-             R"(hard_reset write_flash -z --flash_mode dio --flash_freq 80m --flash_size 4MB )"
-             R"(0x1000 "/d/a.ino.bootloader.bin" 0x8000 "/d/a.ino.partitions.bin" )"
-             R"(0xe000 "/d/boot_app0.bin" 0x10000 "/d/a.ino.bin")");
+    const QStringList lines {FirmwareFlasher::arguments(AtMega2560, avr, "COM3").join(' '),
+                             FirmwareFlasher::arguments(Esp32, esp, "COM4").join(' '), QString()};
+    QVERIFY(TestFiles::matchesGolden(QStringLiteral("firmware_arguments.txt"),
+                                     lines.join('\n').toUtf8()));
 }
 
 QTEST_GUILESS_MAIN(DeviceTest)

@@ -20,7 +20,6 @@
 #include <zip.h>
 
 namespace {
-constexpr int WinMs = 8000;
 const QString Warning = QStringLiteral("There were errors while uploading firmware");
 
 // Runs act once ready holds, polled from whatever event loop runs, modal ones included.
@@ -302,6 +301,8 @@ void DevicePageTest::packagesGiveTheRightVerdict()
         QPushButton *update = childWithText<QPushButton>(&updater, "Update firmware");
         QCOMPARE(update->isEnabled(), valid);
         QVERIFY(!valid || update->toolTip().split('\n').contains(folder + '/' + hex));
+        // Only the tool's entry is marked executable in the archive.
+        QVERIFY(!valid || !QFileInfo(folder + '/' + hex).isExecutable());
         QVERIFY(updater.findChild<QLabel *>()->text().contains(note));
         // A refused or broken package writes nothing at all.
         QCOMPARE(QDir(folder).isEmpty(), !note.isEmpty());

@@ -16,12 +16,11 @@
 #include "session/widgets/TarveloSessionWidget.h"
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
+#include "support/ModalAnswerer.h"
+#include "support/ReadBack.h"
 #include "support/TestDataFolder.h"
 #include "ui/MainWindow.h"
 
-#include <QApplication>
-#include <QFileDialog>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QTabWidget>
@@ -31,7 +30,6 @@
 #include <optional>
 
 namespace {
-constexpr int WinMs = 8000;
 const QString Guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
 const QStringList Stage0 {"scriptStarted=Проба", "stageStarted=0", "stageItems=1",
                           "r=400;b=3;s=3;t=900;d=100", "stageAction=+1"};
@@ -52,12 +50,7 @@ class FaultsTest : public QObject
     Q_OBJECT
     TestDataFolder m_data;
     std::unique_ptr<MainWindow> m_window;
-    // The program's message boxes are recorded and answered, a question as m_yes says; the save
-    // dialog records the name it offers and takes it.
-    QTimer m_modalWatch;
-    QStringList m_messages;
-    bool m_yes = true;
-    QString m_offeredFile;
+    std::unique_ptr<ModalAnswerer> m_answers;
 
     TarveloModel *model() const { return m_window->model(); }
     void play(const QStringList &reports)
@@ -70,84 +63,33 @@ class FaultsTest : public QObject
     {
         return qobject_cast<PageSession *>(m_window->page(MainWindow::SessionPage));
     }
+    PlayScriptStopSessionButton *playButtons(MainWindow::Page page) const
+    {
+        return qobject_cast<HeaderedWidget *>(m_window->page(page))->playButton();
+    }
     QString statusLine() const { return page()->sessionWidget()->statusLine()->text(); }
     QString notice() const { return m_window->tarveloStatusBar()->notice()->text(); }
 
 private slots:
-    void initTestCase();
+    void initTestCase() { QVERIFY(m_data.isValid()); }
     void init()
     {
         m_data.clear();
         setExtraPorts({});
-        m_messages.clear();
+        m_answers = std::make_unique<ModalAnswerer>();
     }
     void cleanup() { m_window.reset(); }
-    void sessionOnDisk_data();
+    void sessionOnDisk_data() { TestFiles::addRows(QStringLiteral("tables/session_on_disk.txt")); }
     void sessionOnDisk();
-    void pulledPortIsFoundAgainAndTheSessionStillEnds();
-    void textFromTheBox_data();
-    void textFromTheBox();
-    void exportKeepsTheEarlierFile_data();
+    void pulledCableKeepsTheRunUntilTheBoxIsBack();
+    void markupFromTheBoxStaysText();
+    void exportKeepsTheEarlierFile_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/export_over_a_file.txt"));
+    }
     void exportKeepsTheEarlierFile();
     void unusableDataFolderIsSaidAndNothingGoesElsewhere();
 };
-
-void FaultsTest::initTestCase()
-{
-    QVERIFY(m_data.isValid());
-    connect(&m_modalWatch, &QTimer::timeout, this, [this] {
-        QWidget *modal = QApplication::activeModalWidget();
-        if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
-            m_offeredFile = dialog->selectedFiles().value(0);
-            // Queued: it asks whether to replace the file, which this watch must answer.
-            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
-        } else if (auto *box = qobject_cast<QMessageBox *>(modal)) {
-            // That question has the dialog for a parent; the program's boxes have none.
-            if (!box->parentWidget())
-                m_messages << box->text();
-            // A message has only its OK; a question is answered as m_yes says.
-            const bool yes = m_yes || box->parentWidget();
-            for (QAbstractButton *button : box->buttons()) {
-                const QMessageBox::ButtonRole role = box->buttonRole(button);
-                if (role == QMessageBox::AcceptRole
-                    || role == (yes ? QMessageBox::YesRole : QMessageBox::RejectRole)) {
-                    button->click();
-                    break;
-                }
-            }
-        }
-    });
-    m_modalWatch.start(10);
-}
-
-void FaultsTest::sessionOnDisk_data()
-{
-    QTest::addColumn<QString>("fault");
-    QTest::addColumn<QString>("ending"); // the box finishes, or the window or stop asks
-    QTest::addColumn<bool>("yes");
-    QTest::addColumn<QList<int>>("stored"); // stages on disk after stage 0, 1 and at the end
-    QTest::addColumn<QString>("reason");
-    const QList<int> all {1, 2, 3};
-    QTest::newRow("finished") << ""
-                              << "finish" << true << all << "";
-    QTest::newRow("window closed, abort") << ""
-                                          << "close" << true << all << "";
-    QTest::newRow("window closed, go on") << ""
-                                          << "close" << false << QList<int> {1, 2, 2} << "";
-    QTest::newRow("stop, abort") << ""
-                                 << "stop" << true << all << "";
-    QTest::newRow("stop, go on") << ""
-                                 << "stop" << false << QList<int> {1, 2, 2} << "";
-    // EACCES for an operator, EPERM for root in an immutable folder.
-    QTest::newRow("read-only folder") << "read-only"
-                                      << "finish" << true << QList<int> {-1, -1, -1} << "ermi";
-    QTest::newRow("file size limit")
-        << "limit"
-        << "finish" << true << QList<int> {1, 1, 1} << "File too large";
-    QTest::newRow("a file in the subject folder's place")
-        << "blocked"
-        << "finish" << true << QList<int> {-1, -1, -1} << "Not a directory";
-}
 
 void FaultsTest::sessionOnDisk()
 {
@@ -181,7 +123,7 @@ void FaultsTest::sessionOnDisk()
         limit.emplace(first.size() + 16);
     play(Stage1);
     QCOMPARE(storedStages(path), stored[1]);
-    m_yes = yes;
+    m_answers->answer = yes ? QString() : QStringLiteral("no");
     if (ending == "finish")
         play({"scriptFinished"});
     else if (ending == "close")
@@ -198,12 +140,13 @@ void FaultsTest::sessionOnDisk()
 
     // A failure is said once for the run, naming the file and the reason, and stays in view.
     const QString name = QFileInfo(path).fileName();
-    QTRY_COMPARE(m_messages.size(), int(asked) + int(!reason.isEmpty()));
+    const QStringList &messages = m_answers->messages; // title and text of each
+    QTRY_COMPARE(messages.size(), 2 * (int(asked) + int(!reason.isEmpty())));
     if (reason.isEmpty()) {
         QVERIFY(statusLine().startsWith("Сохранено") && statusLine().contains(name));
     } else {
-        QVERIFY2(m_messages.last().contains(name) && m_messages.last().contains(reason),
-                 qPrintable(m_messages.last()));
+        QVERIFY2(messages.last().contains(name) && messages.last().contains(reason),
+                 qPrintable(messages.last()));
         QVERIFY(statusLine().contains("Не сохранено") && statusLine().contains(reason));
     }
     // Nothing half written is left beside it.
@@ -214,60 +157,54 @@ void FaultsTest::sessionOnDisk()
     QTRY_COMPARE(box.commands().count("stop"), int(asked && yes));
 }
 
-void FaultsTest::pulledPortIsFoundAgainAndTheSessionStillEnds()
+// The cable goes in the second stage, the box comes back under another name: the run goes on,
+// and the operator's stop still reaches it.
+void FaultsTest::pulledCableKeepsTheRunUntilTheBoxIsBack()
 {
     QTemporaryDir dir;
-    const QString link = dir.filePath(QStringLiteral("box"));
-    auto first = std::make_unique<EmulatorProcess>();
-    QVERIFY(first->start({"--link", link, "--speed", "4"}));
-    setExtraPorts({link});
+    const QString link = dir.filePath(QStringLiteral("ttyUSB0"));
+    const QString replugged = dir.filePath(QStringLiteral("ttyUSB1"));
+    EmulatorProcess first;
+    // The link, the upload's answers, stage 0 and the start of stage 1: then the cable goes.
+    QVERIFY(first.start({"--link", link, "--speed", "4", "--drop-after", "13"}));
+    setExtraPorts({link, replugged});
     const QString longStage = "rpt=0;" + QString("[s=2,t=800,d=800]").repeated(40);
     QVERIFY(m_data.writeScript("Проба", {"rpt=0;[s=1,t=500,d=200]", longStage}));
+    m_data.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
     m_window = std::make_unique<MainWindow>();
-    model()->settings()->setDeviceSearchTimeout(2);
+    m_window->show();
     QTRY_VERIFY_WITH_TIMEOUT(model()->device()->isConnected(), WinMs);
-    model()->device()->uploadScript(model()->currentScript());
-    QTRY_VERIFY_WITH_TIMEOUT(storedStages(sessionPath()) == 1, WinMs);
+    QTest::mouseClick(playButtons(MainWindow::ScriptPage)->playButton(), Qt::LeftButton);
+    // The upload has gone out by the time the click returns; the start follows later.
+    QVERIFY(first.commands().contains(QStringLiteral("stopAddStage")));
+    QVERIFY(!first.commands().contains(QStringLiteral("startScript")));
 
-    first->kill();
     QTRY_VERIFY_WITH_TIMEOUT(!model()->device()->isConnected(), WinMs);
+    QCOMPARE(storedStages(sessionPath()), 1);
     QVERIFY(statusLine().contains(QStringLiteral("Связь с устройством потеряна")));
+    PlayScriptStopSessionButton *stack = playButtons(MainWindow::SessionPage);
+    QCOMPARE(stack->currentWidget(), stack->stopButton());
     EmulatorProcess second;
-    QVERIFY(second.start({"--link", link}));
+    QVERIFY(second.start({"--link", replugged}));
     QTRY_VERIFY_WITH_TIMEOUT(model()->device()->isConnected(), WinMs);
     // Found by the first pass that saw it: greeted once.
     QCOMPARE(second.commands().count(QStringLiteral("tarvelo")), 1);
     QVERIFY(!statusLine().contains(QStringLiteral("потеряна")) && model()->sessionRunning());
-    model()->abortSession();
+    QTest::mouseClick(stack->stopButton(), Qt::LeftButton);
     QTRY_COMPARE(second.commands().count(QStringLiteral("stop")), 1);
     QCOMPARE(storedStages(sessionPath()), 2);
+    QVERIFY(stack->currentWidget() == stack->playButton() && stack->playButton()->isEnabled());
+    QVERIFY(!page()->sessionWidget()->exportButton()->isHidden());
 }
 
-void FaultsTest::textFromTheBox_data()
+// Markup in the box's words is shown and printed as the text it is.
+void FaultsTest::markupFromTheBoxStaysText()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("cut"); // between two reads of the link
-    QTest::addColumn<QString>("title");
-    const QByteArray frame = QStringLiteral("{scriptStarted=Проба}").toUtf8();
-    for (int cut = 1; cut < frame.size(); ++cut) {
-        if ((frame.at(cut) & 0xC0) == 0x80) // inside a character
-            QTest::addRow("cut at byte %d", cut) << frame << cut << QStringLiteral("Проба");
-    }
-    const QString markup = QStringLiteral("</h3><h1 style=\"color: red\">Гром</h1>");
-    QTest::newRow("markup") << ("{scriptStarted=" + markup.toUtf8() + "}") << 5 << markup;
-}
-
-void FaultsTest::textFromTheBox()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(int, cut);
-    QFETCH(QString, title);
+    const QString title = QStringLiteral("</h3><h1 style=\"color: red\">Гром</h1>");
     m_window = std::make_unique<MainWindow>();
-    model()->device()->receive(bytes.left(cut));
-    model()->device()->receive(bytes.mid(cut)
-                               + "{stageStarted=0}{stageAction=<b>}{scriptFinished}");
+    model()->device()->receive("{scriptStarted=" + title.toUtf8()
+                               + "}{stageStarted=0}{stageAction=<b>}{scriptFinished}");
     QCOMPARE(TestDataFolder::readJson(sessionPath()).value("scriptTitle").toString(), title);
-    // Shown and printed as text.
     const TarveloSessionWidget *view = page()->sessionWidget();
     QVERIFY(view->titleLabel()->text().contains(title.toHtmlEscaped()));
     QVERIFY(view->reportHtml().contains(QStringLiteral(">&lt;b&gt;</span>")));
@@ -276,20 +213,8 @@ void FaultsTest::textFromTheBox()
     const QString subject = QStringLiteral("<i>Иванов</i>");
     QVERIFY(SessionExport::writePdf(
         SessionExport::pdfHtml(*model()->session(), view->reportHtml(), subject), pdf));
-    QProcess text;
-    text.start(QStringLiteral("pdftotext"), {"-enc", "UTF-8", pdf, "-"});
-    QVERIFY(text.waitForFinished());
-    const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+    const QString printed = pdfText(pdf);
     QVERIFY2(printed.contains(subject) && printed.contains(title), qPrintable(printed));
-}
-
-void FaultsTest::exportKeepsTheEarlierFile_data()
-{
-    QTest::addColumn<QString>("filter");
-    QTest::addColumn<QByteArray>("magic");
-    QTest::newRow("XLSX") << "XLSX (*.xlsx)" << QByteArray("PK\x03\x04");
-    QTest::newRow("CSV") << "CSV (*.csv)" << QByteArray("\xEF\xBB\xBF");
-    QTest::newRow("PDF") << "PDF (*.pdf)" << QByteArray("%PDF-");
 }
 
 void FaultsTest::exportKeepsTheEarlierFile()
@@ -312,10 +237,11 @@ void FaultsTest::exportKeepsTheEarlierFile()
         exportButton->click();
     }
     // The dialog kept the minutes rather than taking them for a suffix to replace.
-    QCOMPARE(m_offeredFile, file);
+    QCOMPARE(m_answers->offered, file);
     QCOMPARE(TestFiles::read(file), QByteArray("an earlier export"));
     QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-    QCOMPARE(m_messages, QStringList {"Ошибка сохранения \"" + file + "\": File too large"});
+    QCOMPARE(m_answers->messages,
+             (QStringList {QString(), "Ошибка сохранения \"" + file + "\": File too large"}));
     QVERIFY(notice().isEmpty());
 
     // Written, it is named in the status bar; a desktop without a launcher gives a message.
@@ -324,8 +250,8 @@ void FaultsTest::exportKeepsTheEarlierFile()
     exportButton->click();
     qputenv("PATH", path);
     QVERIFY(TestFiles::read(file).startsWith(magic));
-    QCOMPARE(m_messages.size(), 2);
-    QVERIFY(m_messages[1].startsWith("Не удалось открыть \"" + file));
+    QCOMPARE(m_answers->messages.size(), 4);
+    QVERIFY(m_answers->messages[3].startsWith("Не удалось открыть \"" + file));
     QVERIFY(notice().contains(QFileInfo(file).fileName()) && notice().contains("<a "));
 }
 
@@ -336,11 +262,12 @@ void FaultsTest::unusableDataFolderIsSaidAndNothingGoesElsewhere()
     QTemporaryDir startedFrom;
     QVERIFY(QDir::setCurrent(startedFrom.path()));
     m_window = std::make_unique<MainWindow>();
-    QTRY_COMPARE(m_messages.size(), 1);
-    QVERIFY(m_messages[0].contains(m_data.root()));
+    const QStringList &messages = m_answers->messages;
+    QTRY_COMPARE(messages.size(), 2);
+    QVERIFY(messages[1].contains(m_data.root()));
     model()->settings()->setDeviceSearchTimeout(7);
-    QTRY_COMPARE(m_messages.size(), 2);
-    QVERIFY(m_messages[1].contains(m_data.settingsFile()));
+    QTRY_COMPARE(messages.size(), 4);
+    QVERIFY(messages[3].contains(m_data.settingsFile()));
     QVERIFY(QDir(startedFrom.path()).isEmpty());
 
     // A relative folder is made where it is named, not inside itself.

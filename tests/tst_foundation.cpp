@@ -108,7 +108,7 @@ void FoundationTest::writeAtomicallyReplacesOrLeavesTheOldFile()
     QVERIFY(FileUtilities::writeAtomically(path, "old content"));
     // A disk that fills up half-way, a folder standing where the file goes, no name at all.
     {
-        const FileSizeLimit fullDisk(100);
+        const TestFiles::FileSizeLimit fullDisk(100);
         QVERIFY(!FileUtilities::writeAtomically(path, QByteArray(5000, 'x')));
     }
     touch(dir.filePath(QStringLiteral("taken/keep.txt")));

@@ -82,20 +82,13 @@ class ReportViewTest : public QObject
     Q_OBJECT
 private slots:
     void initTestCase() { AppStyle::apply(*qApp); }
-    void gridLiesWhereTheHtmlPutsIt_data();
+    void gridLiesWhereTheHtmlPutsIt_data()
+    {
+        TestFiles::addRows(QStringLiteral("tables/report_grids.txt"));
+    }
     void gridLiesWhereTheHtmlPutsIt();
     void eachReportDrawsWhatChangedAndLooksAsAFreshView();
 };
-
-void ReportViewTest::gridLiesWhereTheHtmlPutsIt_data()
-{
-    QTest::addColumn<int>("stages");
-    QTest::addColumn<bool>("finished");
-    QTest::newRow("running, four stages, every transfer kind") << 0 << false;
-    QTest::newRow("finished") << 0 << true;
-    QTest::newRow("forty-five stage runs") << 45 << true;
-    QTest::newRow("no stages") << -1 << false;
-}
 
 // The painted view against the report HTML laid out by rich text at the same width.
 void ReportViewTest::gridLiesWhereTheHtmlPutsIt()

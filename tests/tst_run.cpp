@@ -12,11 +12,11 @@
 #include <QtTest>
 
 #include <memory>
+#include <optional>
 
 using namespace DeviceProtocol;
 
 namespace {
-constexpr int WinMs = 8000;
 constexpr int PlayMs = 30000;
 const QMap<QString, QString> Guids {{"A", "4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10"},
                                     {"B", "0b7e2d55-1c4f-4e2a-8d3b-9f6a5c4e3d21"}};
@@ -140,8 +140,9 @@ QString RunTest::run(const QStringList &lines)
         const QString second = argument.section(" | ", 1);
         const QString guid = Guids.value(argument, argument == "-" ? QString() : argument);
         const QString subjectFolder = m_data.records() + Names.value(argument) + " (" + guid + ')';
-        std::unique_ptr<FileSizeLimit> limit(fullDisk ? new FileSizeLimit(100) : nullptr);
-        fullDisk = false;
+        std::optional<TestFiles::FileSizeLimit> limit;
+        if (std::exchange(fullDisk, false))
+            limit.emplace(100);
         TarveloScript *script = m_model->currentScript();
         if (line.startsWith('{')) {
             m_model->device()->receive(line.toUtf8());

@@ -9,6 +9,7 @@
 #include "support/EmulatorProcess.h"
 #include "support/FakeBox.h"
 #include "support/ModalAnswerer.h"
+#include "support/ReadBack.h"
 #include "support/SessionFixtures.h"
 #include "support/TestDataFolder.h"
 #include "ui/MainWindow.h"
@@ -24,7 +25,6 @@
 #include <memory>
 
 namespace {
-constexpr int WinMs = 8000;
 const QString Finished = QStringLiteral("Завершено");
 const QString Guid = QStringLiteral("4c1d8f2a-6a3e-4f77-9a50-3e1c2b7d9e10");
 const QString TrialStage = "rpt=0;" + QStringLiteral("[s=1,t=1500,d=1000]").repeated(6);
@@ -78,15 +78,6 @@ protected:
     }
 };
 
-// The text of a PDF, its blanks and line ends made single blanks.
-QString pdfText(const QString &path)
-{
-    QProcess tool;
-    tool.start(QStringLiteral("pdftotext"), {"-enc", "UTF-8", path, "-"});
-    tool.waitForFinished(60000);
-    return QString::fromUtf8(tool.readAllStandardOutput()).simplified();
-}
-
 // The number of pages, or -1 if any is not A4.
 int a4Pages(const QString &path)
 {
@@ -109,9 +100,7 @@ private slots:
     void init();
     void cleanup();
     void headersFollowTheScriptTheLinkAndTheSession();
-    void lostLinkKeepsTheStopButtonUntilClicked();
     void reportsInABurstShowOnceWithTheLatestState();
-    void viewWithoutModelShowsAStoredSession();
     void exportDialog_data() { TestFiles::addRows(QStringLiteral("tables/export_dialog.txt")); }
     void exportDialog();
     void exportFiles_data() { TestFiles::addRows(QStringLiteral("tables/export_files.txt")); }
@@ -222,60 +211,6 @@ void SessionViewTest::headersFollowTheScriptTheLinkAndTheSession()
     QTRY_COMPARE(m_data.allSessionFiles().size(), 1);
     box.close();
     QTRY_COMPARE(shown(window), "off");
-}
-
-void SessionViewTest::lostLinkKeepsTheStopButtonUntilClicked()
-{
-    QVERIFY(m_data.writeScript(QStringLiteral("Проба"), TrialStages));
-    // Greeting, serial number, version, then the start, the first stage, its size and its first
-    // step: then the cable goes. The box is plugged in again under a name of its own.
-    const QString link = m_out->filePath(QStringLiteral("ttyUSB0"));
-    const QString replugged = m_out->filePath(QStringLiteral("ttyUSB1"));
-    EmulatorProcess emulator;
-    QVERIFY(emulator.start({"--link", link, "--speed", "2", "--drop-after", "7"}));
-    setExtraPorts({link, replugged});
-    m_data.writeSettings("<DeviceSearchTimeout>2</DeviceSearchTimeout>");
-    MainWindow window;
-    window.show();
-    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "play", WinMs);
-    QTest::mouseClick(stack(window, MainWindow::ScriptPage)->playButton(), Qt::LeftButton);
-    // The upload has gone out by the time the click returns; the start follows later.
-    QVERIFY(emulator.commands().contains(QStringLiteral("stopAddStage")));
-    QVERIFY(!emulator.commands().contains(QStringLiteral("startScript")));
-    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "stop", WinMs);
-    QTRY_VERIFY_WITH_TIMEOUT(!window.model()->device()->isConnected(), WinMs);
-    QCOMPARE(shown(window), "stop");
-
-    QTest::mouseClick(stack(window, MainWindow::SessionPage)->stopButton(), Qt::LeftButton);
-    QCOMPARE(shown(window), "off");
-    QVERIFY(!view(window)->exportButton()->isHidden());
-    QCOMPARE(m_data.allSessionFiles().size(), 1);
-    EmulatorProcess second;
-    QVERIFY(second.start({"--link", replugged}));
-    QTRY_COMPARE_WITH_TIMEOUT(shown(window), "play", WinMs);
-}
-
-void SessionViewTest::viewWithoutModelShowsAStoredSession()
-{
-    // A view without a model, as on the subject page, beside the live view of a model.
-    m_model = std::make_unique<TarveloModel>();
-    TarveloSessionWidget live(m_model.get());
-    TarveloSessionWidget stored(nullptr);
-    QVERIFY(stored.titleLabel()->isHidden() && stored.exportButton()->isHidden());
-    const std::unique_ptr<TarveloSession> loaded(
-        TarveloSession::load(TestFiles::dataPath(QStringLiteral("example.session"))));
-    loaded->setLoaded(true);
-    stored.setSession(loaded.get());
-    QVERIFY(stored.titleLabel()->text().contains(QStringLiteral("Проба")));
-    QVERIFY(!stored.titleLabel()->isHidden() && !stored.exportButton()->isHidden());
-    QVERIFY(!stored.reportHtml().contains(Finished)); // not stored in the file
-    // Whatever it shows, a view without a model never offers the box.
-    QVERIFY(stored.recordCheckBox()->isHidden() && !live.recordCheckBox()->isHidden());
-    stored.setSession(nullptr);
-    QVERIFY(stored.titleLabel()->isHidden() && stored.reportHtml().isEmpty());
-    QVERIFY(!live.session());
-    PageSession page(nullptr);
-    QCOMPARE(page.sessionWidget(), nullptr);
 }
 
 AnsweredView *SessionViewTest::exportingView()

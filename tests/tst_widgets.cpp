@@ -19,8 +19,6 @@
 #include <QtTest>
 
 namespace {
-constexpr int WinMs = 8000;
-
 QStringList statusCommands(const FakeBox &box)
 {
     return box.commands().filter(QRegularExpression(QStringLiteral("^status(On|Off)$")));

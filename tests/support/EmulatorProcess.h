@@ -32,5 +32,8 @@ private:
     QString m_path;
 };
 
+// The greeting goes out a second after a port opened; a search wins a box a little later.
+constexpr int WinMs = 8000;
+
 // Points the device search at exactly these extra ports.
 void setExtraPorts(const QStringList &paths);

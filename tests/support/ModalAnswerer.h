@@ -11,13 +11,15 @@
 
 // Answers whatever window asks the operator something, so that none blocks a test: a message
 // box by the button named answer (without one: yes or OK; without those it is closed), a save
-// dialog with saveAs and saveFilter, a context menu by its first entry. For widget tests only.
+// dialog with saveAs and saveFilter (without saveAs: with the name it offers, kept in offered),
+// a context menu by its first entry. For widget tests only.
 class ModalAnswerer : public QObject
 {
 public:
     QString answer;
     QStringList messages; // title and text of each message box, in turn
     QString saveAs;
+    QString offered;
     QString saveFilter;
 
     ModalAnswerer()
@@ -32,7 +34,9 @@ private:
     {
         QWidget *modal = QApplication::activeModalWidget();
         if (auto *box = qobject_cast<QMessageBox *>(modal)) {
-            messages << box->windowTitle() << box->text();
+            // The save dialog's own question whether to replace a file is not the program's.
+            if (!qobject_cast<QFileDialog *>(box->parentWidget()))
+                messages << box->windowTitle() << box->text();
             for (QAbstractButton *button : box->buttons()) {
                 const QMessageBox::ButtonRole role = box->buttonRole(button);
                 if (answer.isEmpty()
@@ -41,10 +45,17 @@ private:
                     return button->click();
             }
             box->done(-1);
-        } else if (auto *dialog = qobject_cast<QFileDialog *>(modal)) {
-            dialog->selectNameFilter(saveFilter);
-            dialog->selectFile(saveAs);
-            static_cast<QDialog *>(dialog)->accept(); // public there
+        } else if (auto *dialog = qobject_cast<QFileDialog *>(modal);
+                   dialog && dialog != m_dialog) {
+            m_dialog = dialog;
+            if (saveAs.isEmpty()) {
+                offered = dialog->selectedFiles().value(0);
+            } else {
+                dialog->selectNameFilter(saveFilter);
+                dialog->selectFile(saveAs);
+            }
+            // Queued: the question whether to replace a file needs this watch free.
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
         } else if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
             if (m_menu == menu)
                 return;
@@ -59,4 +70,5 @@ private:
 
     QTimer m_watch;
     QPointer<QMenu> m_menu;
+    QPointer<QFileDialog> m_dialog;
 };

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <csignal>
+
 namespace TestFiles {
 
 QByteArray read(const QString &path)
@@ -121,8 +123,6 @@ void addRows(const QString &name)
     }
 }
 
-} // namespace TestFiles
-
 FileSizeLimit::FileSizeLimit(rlim_t bytes)
 {
     getrlimit(RLIMIT_FSIZE, &m_original);
@@ -137,3 +137,5 @@ FileSizeLimit::~FileSizeLimit()
     setrlimit(RLIMIT_FSIZE, &m_original);
     std::signal(SIGXFSZ, m_oldHandler);
 }
+
+} // namespace TestFiles

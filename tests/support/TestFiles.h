@@ -2,10 +2,6 @@
 
 #include <QByteArray>
 
-#include <csignal>
-#include <sys/resource.h>
-
-#include <csignal>
 #include <sys/resource.h>
 
 // Plain file access for tests, on purpose without the program's own file helpers, so that what
@@ -31,26 +27,6 @@ bool matchesGolden(const QString &name, const QByteArray &actual);
 // parted by " , ". Blank lines and lines starting with "#" are left out.
 void addRows(const QString &name);
 
-// While it lives, files of this process can't grow beyond bytes, as on a full disk; SIGXFSZ is
-// ignored, so that a write fails rather than ending the process.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit limit {bytes, m_old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
-
-private:
-    rlimit m_old {};
-};
-
-} // namespace TestFiles
-
 // While it lives, every write of the process stops at this many bytes per file, as on a full
 // disk: the write fails instead of the process being killed.
 class FileSizeLimit
@@ -65,3 +41,5 @@ private:
     rlimit m_original {};
     void (*m_oldHandler)(int) = nullptr;
 };
+
+} // namespace TestFiles

@@ -10,6 +10,9 @@
 
 #include <csignal>
 #include <unistd.h>
+#ifdef Q_OS_LINUX
+#include <sys/prctl.h>
+#endif
 
 namespace {
 int signalPipe[2] = {-1, -1};
@@ -34,6 +37,11 @@ void quitOnSignals(QCoreApplication &app)
     ::sigemptyset(&action.sa_mask);
     ::sigaction(SIGTERM, &action, nullptr);
     ::sigaction(SIGINT, &action, nullptr);
+#ifdef Q_OS_LINUX
+    // The box goes with whatever started it: a test killed on its timeout leaves no emulator
+    // behind to hold its output open.
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+#endif
 }
 
 bool readRate(const QCommandLineParser &parser, const QString &name, double &rate)
