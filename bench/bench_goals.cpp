@@ -10,10 +10,11 @@
 //      machine; the start with a script in the data folder is printed beside it);
 //   4. XLSX + CSV + PDF export of a 200x30 session within 0.3 s;
 //   5. a step added to a 600-step stage costs what one added to an empty stage costs.
-// "--only live|stream|export|stage|start" runs one part, for a profiler. Wall-clock figures on
-// whatever machine runs it: the fastest round is the one least disturbed
-// by other work, the median the one to expect. Runs on the offscreen platform unless told
-// otherwise; the start-up figures come from child processes of this program.
+// "--only live|stream|export|stage|start" runs one part, for a profiler; KEEP_EXPORT=<prefix>
+// keeps the exported files as <prefix>long.xlsx, .csv and .pdf, to be looked at. Wall-clock figures
+// on whatever machine runs it: the fastest round is the one least disturbed by other work, the
+// median the one to expect. Runs on the offscreen platform unless told otherwise; the start-up
+// figures come from child processes of this program.
 #include "RecordedRun.h"
 #include "app/TarveloModel.h"
 #include "data/ScriptStage.h"
@@ -380,6 +381,7 @@ void exportLongSession()
     session->setLoaded(true);
     AnsweredExport view;
     view.setSession(session.get());
+    const QString keptAs = qEnvironmentVariable("KEEP_EXPORT");
     const char *names[] = {"long.xlsx", "long.csv", "long.pdf"};
     double total = 0;
     QString parts;
@@ -393,6 +395,10 @@ void exportLongSession()
             timer.start();
             view.exportSession();
             fastest = std::min(fastest, timer.nsecsElapsed() / 1e6);
+        }
+        if (!keptAs.isEmpty()) {
+            QFile::remove(keptAs + QString::fromLatin1(names[format]));
+            QFile::copy(view.filePath, keptAs + QString::fromLatin1(names[format]));
         }
         if (!QFileInfo(view.filePath).isFile())
             std::printf("no %s written\n", names[format]);

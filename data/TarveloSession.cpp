@@ -1,6 +1,6 @@
 #include "TarveloSession.h"
 
-#include "foundation/FileUtilities.h"
+#include "SessionFileWriter.h"
 #include "foundation/TextHelper.h"
 
 #include <QFile>
@@ -46,10 +46,7 @@ QString TarveloSession::fileSuffix()
 
 bool TarveloSession::save(const QString &folder, QString *error) const
 {
-    const QString target = FileUtilities::FolderSlash(folder);
-    FileUtilities::createIfNotExists(target);
-    const QByteArray bytes = QJsonDocument(toJson()).toJson(QJsonDocument::Indented);
-    return FileUtilities::writeAtomically(target + fileName(), bytes, error);
+    return SessionFileWriter(*this).save(folder, error);
 }
 
 TarveloSession *TarveloSession::load(const QString &path, TarveloSession *session)
@@ -78,10 +75,17 @@ QJsonObject TarveloSession::toJson() const
     QJsonArray stages;
     for (const SessionStage *stage : m_stages)
         stages.append(stage->toJson());
+    QJsonObject object = headerJson();
+    object.insert(KeyStages, stages);
+    return object;
+}
+
+QJsonObject TarveloSession::headerJson() const
+{
     return QJsonObject {
         {KeyEnd, m_end.toString(Qt::ISODate)},
         {KeyScriptTitle, m_scriptTitle},
-        {KeyStages, stages},
+        {KeyStages, QJsonArray()},
         {KeyStart, m_start.toString(Qt::ISODate)},
         {KeyUserGUID, m_userGUID},
         {KeyUserName, m_userName},

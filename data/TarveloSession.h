@@ -35,6 +35,8 @@ public:
     static QString fileSuffix();
 
     QJsonObject toJson() const;
+    // The same with an empty "stages" array.
+    QJsonObject headerJson() const;
 
     QList<SessionStage *> stages() const { return m_stages; }
     // Takes ownership; stages stand in playing order, a repeat being a further entry.

@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QScreen>
+#include <QTextCursor>
 #include <QTextDocument>
 
 namespace SessionExport {
@@ -25,7 +26,10 @@ const QString CsvLineEnd = QStringLiteral("\r\n");
 // Laid out as QTextDocument::print() lays out its copy of a document: the page's margins (2 mm
 // where it has none), 2 cm around the text and the page number under its bottom right corner.
 // Laid out once, on the page itself, instead of at screen width first and then again in a copy,
-// which cost the most of a long session's export.
+// which cost the most of a long session's export. The report goes into the empty document by a
+// cursor, which lays it out in one pass: setHtml() starts a paged layout in steps that lays the
+// long stage table out twice, once up to its first step and again when the page count asks for
+// the rest. The document comes out the same either way.
 void printOnce(const QString &html, QPdfWriter &writer, qreal dpi)
 {
     if (writer.pageLayout().margins().isNull())
@@ -37,7 +41,7 @@ void printOnce(const QString &html, QPdfWriter &writer, qreal dpi)
     document.setDocumentMargin(margin);
     const QRectF body(0, 0, writer.width(), writer.height());
     document.setPageSize(body.size());
-    document.setHtml(html);
+    QTextCursor(&document).insertHtml(html);
 
     const QPointF pageNumberAt(body.width() - margin * writer.logicalDpiX() / dpi,
                                body.height() - margin * writer.logicalDpiY() / dpi

@@ -1,5 +1,6 @@
 #include "SessionRecorder.h"
 
+#include "data/SessionFileWriter.h"
 #include "data/TarveloSession.h"
 #include "data/TarveloUser.h"
 #include "device/DeviceProtocol.h"
@@ -16,6 +17,8 @@ SessionRecorder::SessionRecorder(FolderOf folderOf, QObject *parent)
     , m_folderOf(std::move(folderOf))
 {
 }
+
+SessionRecorder::~SessionRecorder() = default;
 
 SessionStage *SessionRecorder::lastStage() const
 {
@@ -62,6 +65,7 @@ void SessionRecorder::start(const QString &title, const TarveloUser *subject)
 {
     // A session still running is dropped as it is, neither finished nor saved.
     m_session = new TarveloSession;
+    m_file = std::make_unique<SessionFileWriter>(*m_session);
     m_session->setScriptTitle(title);
     m_session->setStart(QDateTime::currentDateTime());
     if (subject) {
@@ -107,7 +111,7 @@ void SessionRecorder::store(const TarveloUser *subject)
     const QString folder = m_folderOf(subject);
     const QString path = FileUtilities::FolderSlash(folder) + m_session->fileName();
     QString error;
-    if (!m_session->save(folder, &error)) {
+    if (!m_file->save(folder, &error)) {
         // Said once; the view keeps showing it while the following stages fail as well.
         if (m_saveState != SaveState::Failed)
             WriteFailures::report(path, error);

@@ -4,7 +4,9 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 
+class SessionFileWriter;
 class SessionStage;
 class TarveloSession;
 class TarveloUser;
@@ -33,6 +35,7 @@ public:
     using FolderOf = std::function<QString(const TarveloUser *subject)>;
 
     explicit SessionRecorder(FolderOf folderOf, QObject *parent = nullptr);
+    ~SessionRecorder() override;
 
     // The session of the moment: null until the first run, kept after its end for the views.
     TarveloSession *session() const { return m_session; }
@@ -65,6 +68,9 @@ private:
 
     FolderOf m_folderOf;
     TarveloSession *m_session = nullptr;
+    // Keeps the finished stages' part of the file, so that a stage's write doesn't cost more
+    // as the session grows.
+    std::unique_ptr<SessionFileWriter> m_file;
     bool m_running = false;
     SaveState m_saveState = SaveState::Unsaved;
     QString m_savePath;
