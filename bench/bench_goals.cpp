@@ -6,7 +6,8 @@
 //      100 ms of the last report;
 //   2. recorded runs played into the running program through a pseudo-terminal as fast as it
 //      takes them: at least 10x the 115200-baud wire for 45x30 and 5x for 200x30;
-//   3. start to the first paint of the main window within 2x a bare QMainWindow;
+//   3. start to the first paint of the main window within 2x a bare QMainWindow (on a fresh
+//      machine; the start with a script in the data folder is printed beside it);
 //   4. XLSX + CSV + PDF export of a 200x30 session within 0.3 s;
 //   5. a step added to a 600-step stage costs what one added to an empty stage costs.
 // "--only live|stream|export|stage|start" runs one part, for a profiler; KEEP_EXPORT=<prefix>
@@ -16,6 +17,8 @@
 // figures come from child processes of this program.
 #include "RecordedRun.h"
 #include "app/TarveloModel.h"
+#include "data/ScriptStage.h"
+#include "data/TarveloScript.h"
 #include "data/TarveloSession.h"
 #include "device/TarveloDevice.h"
 #include "device/TarveloMessage.h"
@@ -30,6 +33,7 @@
 #include "ui/ProgramStart.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMainWindow>
@@ -276,7 +280,7 @@ int firstPaintChild(int argc, char **argv, bool program)
     };
     app.installEventFilter(&filter);
     if (program) {
-        const std::unique_ptr<MainWindow> window = ProgramStart::showMainWindow(app);
+        const std::unique_ptr<MainWindow> window = ProgramStart::showMainWindow();
         return painted ? 0 : app.exec();
     }
     QMainWindow window;
@@ -284,15 +288,34 @@ int firstPaintChild(int argc, char **argv, bool program)
     return app.exec();
 }
 
+// The script an operator's data folder usually holds, the first page then shows its first stage:
+// four stages of ten steps.
+void writeScript(const QString &home)
+{
+    const QString folder = home + QStringLiteral("/Documents/Mirenthalic/Tarvelo/Scripts/");
+    QDir().mkpath(folder);
+    QString steps;
+    for (int step = 0; step < 10; ++step)
+        steps += QStringLiteral("[s=%1,b=0,t=1500,d=1000]").arg(step);
+    TarveloScript script;
+    script.setTitle(QStringLiteral("Demo"));
+    for (int stage = 0; stage < 4; ++stage)
+        script.addStage(ScriptStage::fromText(QStringLiteral("rpt=2;") + steps));
+    script.save(folder + QStringLiteral("Demo.script"));
+}
+
 // Goal 3: start to first paint of the program against a bare QMainWindow, child processes of
-// this program taking turns.
-void startToFirstPaint(const QString &self)
+// this program taking turns, on a fresh machine; beside it the start with a script, which is
+// printed only.
+void startToFirstPaint(const QString &self, bool withScript)
 {
     std::vector<double> program;
     std::vector<double> bare;
     for (int round = 0; round < StartRounds; ++round) {
         for (const bool isProgram : {true, false}) {
             QTemporaryDir home;
+            if (withScript)
+                writeScript(home.path());
             QProcess child;
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
             environment.insert(QStringLiteral("HOME"), home.path());
@@ -311,18 +334,20 @@ void startToFirstPaint(const QString &self)
         }
     }
     const double ratio = median(program) / median(bare);
-    std::printf("start to first paint: program median %s (fastest %s), bare QMainWindow median %s "
-                "(fastest %s), %.2fx\n",
+    std::printf("start to first paint%s: program median %s (fastest %s), bare QMainWindow median "
+                "%s (fastest %s), %.2fx\n",
+                withScript ? " with a script of four 10-step stages" : "",
                 qPrintable(ms(median(program))),
                 qPrintable(ms(*std::min_element(program.begin(), program.end()))),
                 qPrintable(ms(median(bare))),
                 qPrintable(ms(*std::min_element(bare.begin(), bare.end()))), ratio);
-    addGoal(QStringLiteral("3. start to first paint against a bare window"),
-            QStringLiteral("<= 2.00x"),
-            QStringLiteral("%1x (%2 / %3)")
-                .arg(ratio, 0, 'f', 2)
-                .arg(ms(median(program)), ms(median(bare))),
-            ratio <= 2);
+    if (!withScript)
+        addGoal(QStringLiteral("3. start to first paint against a bare window"),
+                QStringLiteral("<= 2.00x"),
+                QStringLiteral("%1x (%2 / %3)")
+                    .arg(ratio, 0, 'f', 2)
+                    .arg(ms(median(program)), ms(median(bare))),
+                ratio <= 2);
 }
 
 // Answers the save dialog with a fixed file and filter.
@@ -443,7 +468,7 @@ int main(int argc, char **argv)
         return 1;
     setExtraPorts({box.path()});
 
-    auto window = ProgramStart::showMainWindow(app);
+    auto window = ProgramStart::showMainWindow();
     window->setWindowState(Qt::WindowNoState);
     window->resize(1280, 800);
     window->tabs()->setCurrentIndex(MainWindow::SessionPage);
@@ -466,8 +491,10 @@ int main(int argc, char **argv)
     if (runs("stage"))
         stageSteps();
     window.reset();
-    if (runs("start"))
-        startToFirstPaint(QCoreApplication::applicationFilePath());
+    if (runs("start")) {
+        for (const bool withScript : {false, true})
+            startToFirstPaint(QCoreApplication::applicationFilePath(), withScript);
+    }
 
     std::printf("\n%-50s %-18s %-26s %s\n", "goal", "target", "measured", "");
     for (const Goal &goal : goals)

@@ -5,6 +5,7 @@
 #include "PortPermission.h"
 #include "ScriptUploader.h"
 #include "data/TarveloCommon.h"
+#include "foundation/DeferredStart.h"
 
 #include <QDebug>
 #include <QPointer>
@@ -36,8 +37,8 @@ TarveloDevice::TarveloDevice(int comPort, QObject *parent)
     m_connections << connect(&m_connectionTimer, &QTimer::timeout, this,
                              &TarveloDevice::connectionTimerHandler, Qt::QueuedConnection);
     m_connectionTimer.start();
-    // The first search waits for the event loop, so that the window is on screen first.
-    QTimer::singleShot(0, this, &TarveloDevice::connectionTimerHandler);
+    // The first search waits until the window is on screen: listing the ports takes a while.
+    DeferredStart::call(this, [this] { connectionTimerHandler(); });
     m_connections << connect(&m_message, &TarveloMessage::messageReceived, this,
                              &TarveloDevice::handleMessage, Qt::DirectConnection);
     m_uploader = new ScriptUploader(

@@ -8,6 +8,7 @@
 #include <QSaveFile>
 #include <QTemporaryFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -51,6 +52,43 @@ QString cutToBytes(const QString &text, int bytes)
         i += width;
     }
     return text.left(i);
+}
+
+// The names are matched here rather than by QDir's name filters, which compile their patterns
+// anew for every folder listed: a search down a big folder spent most of its time on that.
+QStringList filesMatching(const QString &folder, const QVector<QRegularExpression> &patterns,
+                          bool recursive, bool fullPaths)
+{
+    QStringList result;
+    const QDir dir(folder);
+    if (!dir.exists())
+        return result;
+    const QString base = dir.absolutePath();
+
+    const QStringList entries = dir.entryList(QDir::NoFilter, QDir::NoSort);
+    for (const QString &entry : entries) {
+        const bool matches = patterns.isEmpty()
+            || std::any_of(patterns.cbegin(), patterns.cend(),
+                           [&entry](const QRegularExpression &pattern) {
+                               return pattern.match(entry).hasMatch();
+                           });
+        if (matches)
+            result << (fullPaths ? base + QLatin1Char('/') + entry : entry);
+    }
+
+    if (recursive) {
+        const QStringList subfolders =
+            dir.entryList(QDir::AllDirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+        for (const QString &sub : subfolders) {
+            const QStringList inner =
+                filesMatching(base + QLatin1Char('/') + sub, patterns, true, false);
+            for (const QString &entry : inner) {
+                const QString relative = sub + QLatin1Char('/') + entry;
+                result << (fullPaths ? base + QLatin1Char('/') + relative : relative);
+            }
+        }
+    }
+    return result;
 }
 
 } // namespace
@@ -104,42 +142,20 @@ QStringList FileUtilities::getFilesOfType(const QString &folder, const QString &
 QStringList FileUtilities::getFilesOfTypes(const QString &folder, const QStringList &types,
                                            bool recursive, bool fullPaths)
 {
-    QStringList result;
-    QDir dir(folder);
-    if (!dir.exists())
-        return result;
-    const QString base = dir.absolutePath();
-
     // "csv", ".csv" and "*.csv" all make the same filter.
     static const QRegularExpression stars(QStringLiteral("[\\*\\.]+"));
-    QStringList filters;
+    QVector<QRegularExpression> patterns;
     for (const QString &type : types) {
         if (type.isEmpty())
             continue;
         QString bare = type;
         bare.remove(stars);
-        filters << QStringLiteral("*.") + bare;
+        // As QDir matches its name filters.
+        patterns << QRegularExpression(
+            QRegularExpression::wildcardToRegularExpression(QStringLiteral("*.") + bare),
+            QRegularExpression::CaseInsensitiveOption);
     }
-    if (!filters.isEmpty())
-        dir.setNameFilters(filters);
-
-    const QStringList entries = dir.entryList(QDir::NoFilter, QDir::NoSort);
-    for (const QString &entry : entries)
-        result << (fullPaths ? base + QLatin1Char('/') + entry : entry);
-
-    if (recursive) {
-        const QStringList subfolders =
-            QDir(base).entryList(QDir::AllDirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
-        for (const QString &sub : subfolders) {
-            const QStringList inner =
-                getFilesOfTypes(base + QLatin1Char('/') + sub, types, true, false);
-            for (const QString &entry : inner) {
-                const QString relative = sub + QLatin1Char('/') + entry;
-                result << (fullPaths ? base + QLatin1Char('/') + relative : relative);
-            }
-        }
-    }
-    return result;
+    return filesMatching(folder, patterns, recursive, fullPaths);
 }
 
 QStringList FileUtilities::GetSubfolders(const QString &path, bool fullPaths, bool recursive)

@@ -1,6 +1,7 @@
 #include "VersionChecker.h"
 
 #include "AppHelper.h"
+#include "DeferredStart.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -49,7 +50,8 @@ void VersionChecker::StartChecking(bool enabled, int seconds)
     self->m_enabled = enabled;
     if (enabled) {
         self->m_timer->start(qMax(seconds, MinimumSeconds) * 1000);
-        self->findNewVersionAsync();
+        // Setting up the network takes a while, which the window's first sight doesn't wait for.
+        DeferredStart::call(self, [self] { self->findNewVersionAsync(); });
     }
 }
 

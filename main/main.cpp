@@ -18,6 +18,6 @@ int main(int argc, char *argv[])
     // Ties the window to the installed menu entry and its icon on Wayland.
     QGuiApplication::setDesktopFileName(QStringLiteral("tarvelo"));
 
-    const std::unique_ptr<MainWindow> window = ProgramStart::showMainWindow(app);
+    const std::unique_ptr<MainWindow> window = ProgramStart::showMainWindow();
     return app.exec();
 }

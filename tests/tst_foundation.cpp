@@ -1,4 +1,5 @@
 #include "foundation/AppHelper.h"
+#include "foundation/DeferredStart.h"
 #include "foundation/FileUtilities.h"
 #include "foundation/Statistics.h"
 #include "foundation/TextHelper.h"
@@ -11,6 +12,13 @@ void touch(const QString &path)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
     TestFiles::write(path, "x");
+}
+
+// A few passes of the event loop, which queued work needs; no waiting.
+void passEvents()
+{
+    for (int pass = 0; pass < 5; ++pass)
+        QCoreApplication::processEvents();
 }
 
 QString meanVarianceSigma(const QString &input)
@@ -37,6 +45,7 @@ private slots:
     void writeAtomicallyReplacesOrLeavesTheOldFile();
     void folderNameIsSafe_data();
     void folderNameIsSafe();
+    void heldWorkWaitsForTheFirstPaint();
 };
 
 void FoundationTest::textFunctions()
@@ -147,6 +156,29 @@ void FoundationTest::folderNameIsSafe()
     const QString made = FileUtilities::safeFolderName(name, keptEnd);
     QTEST(made, "folder");
     QVERIFY(made.toUtf8().size() <= 255);
+}
+
+// The port search and the version query wait for the window's first paint; work whose owner
+// went meanwhile is dropped, and nothing waits once the start has let go.
+void FoundationTest::heldWorkWaitsForTheFirstPaint()
+{
+    QObject window;
+    auto *gone = new QObject;
+    QStringList done;
+    DeferredStart::hold();
+    DeferredStart::call(&window, [&done] { done << QStringLiteral("search"); });
+    DeferredStart::call(gone, [&done] { done << QStringLiteral("gone"); });
+    DeferredStart::releaseAfterFirstPaint(&window);
+    delete gone;
+    passEvents();
+    QVERIFY(done.isEmpty());
+    QEvent paint(QEvent::Paint);
+    QCoreApplication::sendEvent(&window, &paint);
+    passEvents();
+    QCOMPARE(done, QStringList {"search"});
+    DeferredStart::call(&window, [&done] { done << QStringLiteral("later"); });
+    passEvents();
+    QCOMPARE(done, (QStringList {"search", "later"}));
 }
 
 QTEST_GUILESS_MAIN(FoundationTest)

@@ -6,6 +6,9 @@
 
 void AppStyle::apply(QApplication &app)
 {
+    // Once: given again, the sheet would polish every widget anew.
+    if (!app.styleSheet().isEmpty())
+        return;
     // Registered rather than expected from the system: the style sheet names this family.
     QFontDatabase::addApplicationFont(
         QStringLiteral(":/resources/Fonts/RobotoCondensed-Regular.ttf"));

@@ -2,8 +2,8 @@
 
 class QApplication;
 
-// The program's look: the compiled-in fonts and the application style sheet. The program and
-// the screenshot tool apply it the same way, before their first window is built.
+// The program's look: the compiled-in fonts and the application style sheet, given once. The
+// main window applies it when its pages are built.
 namespace AppStyle {
 
 void apply(QApplication &app);

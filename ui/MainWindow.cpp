@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include "AppStyle.h"
 #include "app/TarveloModel.h"
 #include "data/TarveloSettings.h"
 #include "device/TarveloDevice.h"
@@ -18,6 +19,7 @@
 #include "ui/PageScript.h"
 #include "ui/PageSettings.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QGridLayout>
@@ -120,6 +122,10 @@ MainWindow::MainWindow(QWidget *parent)
         });
     }
 
+    // The look comes once the pages are built, since given before it is applied anew to every
+    // subtree each time a widget gets a parent, and before the window sizes itself, so that it
+    // is sized and polished once, in its own look.
+    AppStyle::apply(*qApp);
     if (m_model->settings()->getStartMaximized())
         setWindowState(Qt::WindowMaximized);
 

@@ -1,11 +1,10 @@
 #include "ProgramStart.h"
 
-#include "AppStyle.h"
 #include "MainWindow.h"
 #include "foundation/AppHelper.h"
+#include "foundation/DeferredStart.h"
 #include "foundation/LanguageContext.h"
 
-#include <QApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <QSplashScreen>
@@ -13,7 +12,7 @@
 
 namespace ProgramStart {
 
-std::unique_ptr<MainWindow> showMainWindow(QApplication &app)
+std::unique_ptr<MainWindow> showMainWindow()
 {
     QPixmap pixmap(QStringLiteral(":/resources/tarvelo-splash.png"));
     {
@@ -29,12 +28,13 @@ std::unique_ptr<MainWindow> showMainWindow(QApplication &app)
     // The hyphen is deliberate: no key matches it, so the system's language decides.
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
 
-    // The style sheet comes after the window is built: given before, it is applied anew to
-    // every subtree each time a widget gets a parent, most of the start's work.
+    // What the first sight of the window doesn't need waits until it has been painted.
+    DeferredStart::hold();
+    // The window gives the program its look once its pages are built.
     auto window = std::make_unique<MainWindow>();
-    AppStyle::apply(app);
     // Shown first: finish() waits for the window to be on screen, which would otherwise cost
     // every start about a second of polling.
+    DeferredStart::releaseAfterFirstPaint(window.get());
     window->show();
     splash.finish(window.get());
     return window;

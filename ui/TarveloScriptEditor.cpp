@@ -140,7 +140,7 @@ QWidget *TarveloScriptEditor::buildTransfers()
     for (int i = 0; i < keys.size(); ++i) {
         const QString &key = keys.at(i);
         auto *label = new QLabel(QCoreApplication::translate("Generic", TransferLabels[i]));
-        auto *combo = new QComboBox;
+        auto *combo = makeUniformComboBox();
         // Typing allows clearing a transfer, or a count beyond the list; repeats are picked.
         combo->setEditable(key != RepeatsKey);
         combo->setPlaceholderText(QStringLiteral("?"));

@@ -121,7 +121,7 @@ void TarveloStageEditor::buildRow(int row)
     label->setObjectName(QStringLiteral("th"));
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
-    auto *combo = new QComboBox;
+    auto *combo = makeUniformComboBox();
     combo->setObjectName(QStringLiteral("editable"));
     for (const StimulusItem &item : stimulusItems())
         combo->addItem(item.icon, item.text);

@@ -1,6 +1,8 @@
 #include "WidgetBuilders.h"
 
+#include <QComboBox>
 #include <QLabel>
+#include <QListView>
 #include <QPushButton>
 
 QPushButton *makeIconButton(const QIcon &icon, const QString &text, const QString &toolTip,
@@ -22,4 +24,11 @@ QLabel *makeHeaderLabel(const QString &text)
     auto *label = new QLabel(text);
     label->setObjectName(QStringLiteral("propertyHeaderLabel"));
     return label;
+}
+
+QComboBox *makeUniformComboBox()
+{
+    auto *combo = new QComboBox;
+    qobject_cast<QListView *>(combo->view())->setUniformItemSizes(true);
+    return combo;
 }

@@ -4,6 +4,7 @@
 #include <QSize>
 #include <QString>
 
+class QComboBox;
 class QLabel;
 class QPushButton;
 
@@ -13,3 +14,8 @@ QPushButton *makeIconButton(const QIcon &icon, const QString &text, const QStrin
                             const QString &objectName, const QSize &iconSize);
 
 QLabel *makeHeaderLabel(const QString &text);
+
+// A combo box whose items are all of one height, such as lines of text with icons of one size:
+// its list measures one item instead of each, which the style sheet makes costly and which
+// happens again whenever the look changes.
+QComboBox *makeUniformComboBox();

@@ -21,7 +21,6 @@
 #include "frame/UserEditor.h"
 #include "session/widgets/PageSession.h"
 #include "session/widgets/TarveloSessionWidget.h"
-#include "ui/AppStyle.h"
 #include "ui/MainWindow.h"
 #include "ui/PageDatabase.h"
 #include "ui/PageScript.h"
@@ -300,9 +299,8 @@ int main(int argc, char *argv[])
         : QString();
 
     LanguageContext::setLanguage(QStringLiteral("ru-RU"));
-    // In the program's order: the style sheet once the window is built.
+    // The window gives itself the program's look, as in the program.
     MainWindow window;
-    AppStyle::apply(app);
     window.setWindowState(Qt::WindowNoState);
     window.resize(windowSize);
     window.show();
