@@ -5,6 +5,7 @@
 #include "data/TarveloUser.h"
 #include "device/DeviceProtocol.h"
 #include "device/TarveloDevice.h"
+#include "session/SessionRecorder.h"
 #include "support/EmulatorProcess.h"
 #include "support/TestDataFolder.h"
 #include "tools/devsim/TransferRule.h"
@@ -216,13 +217,15 @@ QString RunTest::run(const QStringList &lines)
             out += modelState();
         } else if (command == "state") {
             const TarveloSession *session = m_model->session();
-            out += QStringLiteral("state: %1, %2 updates, %3 started, %4 finished\n")
+            out += QStringLiteral("state: %1, %2 updates, %3 started, %4 finished, file %5\n")
                        .arg(!session                        ? "no session"
                                 : m_model->sessionRunning() ? "running"
                                                             : "ended")
                        .arg(std::exchange(m_updated, 0))
                        .arg(std::exchange(m_started, 0))
-                       .arg(std::exchange(m_finished, 0));
+                       .arg(std::exchange(m_finished, 0))
+                       .arg(QMetaEnum::fromType<SessionRecorder::SaveState>().valueToKey(
+                           int(m_model->recorder()->saveState())));
             if (session && session->finished() == m_model->sessionRunning())
                 out += QStringLiteral("  finished flag wrong\n");
             if (session)

@@ -225,6 +225,7 @@ void ScriptPageTest::cancelDropsTheEditsAndTheStages()
         QCOMPARE(editor->currentStage(), stages.at(2));
         QCOMPARE(editor->stageButtons().at(2)->text(), QStringLiteral("1"));
         QVERIFY(editor->stageButtons().at(2)->isChecked());
+        QVERIFY(!editor->stageButtons().at(0)->isChecked());
         QCOMPARE(stages.at(2)->steps.size(), 3);
         editor->stageButtons().at(1)->click();
         m_answers->answer = QStringLiteral("Yes");
